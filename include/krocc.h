@@ -1,0 +1,157 @@
+/*
+ * krocc: image colour-conversion primitives, AVX-512 build (libkrocck0.so.11).
+ *
+ * Every function reads pixels from caller memory, converts them and writes
+ * pixels to caller memory. Nothing is allocated, no state is kept between
+ * calls, and calls on distinct destinations may run concurrently.
+ *
+ * Valid C99 and C++.
+ */
+#ifndef KROCC_H
+#define KROCC_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#if defined(__GNUC__)
+#define KROAPI __attribute__((visibility("default")))
+#else
+#define KROAPI
+#endif
+
+/* ---------------------------------------------------------------- types */
+
+typedef uint8_t  Kro8u;
+typedef int8_t   Kro8s;
+typedef uint16_t Kro16u;
+typedef int16_t  Kro16s;
+typedef uint32_t Kro32u;
+typedef int32_t  Kro32s;
+typedef uint64_t Kro64u;
+typedef int64_t  Kro64s;
+typedef float    Kro32f;
+typedef double   Kro64f;
+
+/* Result of every function but kroccGetLibVersion: zero is success,
+ * negative a failure (nothing was written), positive a warning after which
+ * the result is valid. */
+typedef int32_t KroStatus;
+
+enum {
+    kroOk              = 0,
+    kroWarnNoOperation = 1,
+    kroWarnOddSize     = 35,
+    kroErrBadArg       = -5,
+    kroErrSize         = -6,
+    kroErrNullPtr      = -8,
+    kroErrContext      = -13, /* internal only: generator record mismatch */
+    kroErrStep         = -16,
+    kroErrChannel      = -47,
+    kroErrRange        = -49,
+    kroErrLevels       = -54,
+    kroErrNoise        = -55,
+    kroErrDither       = -224,
+    kroErrSizeOverflow = -232,
+    kroVecSingularity  = 18,  /* internal only */
+    kroVecDomain       = 19   /* internal only */
+};
+
+/* Region of interest, in pixels of the luma grid. */
+typedef struct { int32_t width; int32_t height; } KroiSize;
+typedef struct { int64_t width; int64_t height; } KroiSizeL;
+
+/* Source region of the demosaicing functions. */
+typedef struct { int32_t x; int32_t y; int32_t width; int32_t height; } KroiRect;
+typedef struct { int64_t x; int64_t y; int64_t width; int64_t height; } KroiRectL;
+
+/* The 2x2 cell at pixel (0,0) of the whole Bayer image. */
+typedef enum {
+    kroiBayerBGGR = 0,
+    kroiBayerRGGB = 1,
+    kroiBayerGBRG = 2,
+    kroiBayerGRBG = 3
+} BayerPattern;
+
+/* The constant version record of the library. */
+typedef struct {
+    int32_t     major;
+    int32_t     minor;
+    int32_t     update;
+    int32_t     revision;
+    char        targetCpu[4];
+    const char* Name;
+    const char* Version;
+    const char* BuildDate;
+} KroLibraryVersion;
+
+/* ---------------------------------------------------------------- version */
+
+KROAPI const KroLibraryVersion* kroccGetLibVersion(void);
+
+/* ---------------------------------------------------------------- RGB <-> Y'UV 4:4:4 */
+
+
+/* ---------------------------------------------------------------- RGB <-> Y'UV 4:2:2 and 4:2:0 */
+
+/* (end Y'UV 4:2:2 and 4:2:0) */
+
+/* ---------------------------------------------------------------- RGB <-> YCbCr 4:4:4 */
+
+/* (end YCbCr 4:4:4) */
+
+/* ---------------------------------------------------------------- RGB to subsampled YCbCr */
+
+/* (end RGB to subsampled YCbCr) */
+
+/* ---------------------------------------------------------------- subsampled YCbCr to RGB */
+
+/* (end subsampled YCbCr to RGB) */
+
+/* ---------------------------------------------------------------- BT.709 and v210 */
+
+/* (end BT.709 and v210) */
+
+/* ---------------------------------------------------------------- chroma layouts */
+
+/* (end chroma layouts) */
+
+/* ---------------------------------------------------------------- gray */
+
+/* (end gray) */
+
+/* ---------------------------------------------------------------- XYZ and YCC */
+
+/* (end XYZ and YCC) */
+
+/* ---------------------------------------------------------------- HLS and HSV */
+
+/* (end HLS and HSV) */
+
+/* ---------------------------------------------------------------- LUV and Lab */
+
+/* (end LUV and Lab) */
+
+/* ---------------------------------------------------------------- YCoCg */
+
+/* (end YCoCg) */
+
+/* ---------------------------------------------------------------- gamma, colour twist, tone mapping */
+
+/* (end gamma, colour twist, tone mapping) */
+
+/* ---------------------------------------------------------------- bit reduction, 12-bit packing */
+
+/* (end bit reduction, 12-bit packing) */
+
+/* ---------------------------------------------------------------- demosaicing */
+
+/* (end demosaicing) */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* KROCC_H */

@@ -1,0 +1,99 @@
+// Shared test helpers: the feature answer, canary images, guard pages and the
+// cube of all 8-bit colours.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "krocc.h"
+
+namespace kt {
+
+// ---- the feature question -------------------------------------------------
+
+enum class Path { Plain, Vnni };
+inline const char* pathName(Path p) { return p == Path::Vnni ? "vnni" : "plain"; }
+
+// Sets the answer that the library's feature query gets from this executable.
+void setPath(Path p);
+// Number of feature queries the library made since the last reset.
+int featureQueries();
+void resetQueries();
+// The core library's own answer for this machine.
+bool cpuHasVnni();
+
+// Skips, loudly, a VNNI-path test on a processor without those instructions.
+#define KT_USE_PATH(p)                                                                   \
+    do {                                                                                 \
+        if ((p) == ::kt::Path::Vnni && !::kt::cpuHasVnni())                              \
+            GTEST_SKIP() << "*** VNNI/VBMI path NOT TESTED: this CPU lacks the instructions"; \
+        ::kt::setPath(p);                                                                \
+    } while (0)
+
+// Parameterised fixtures over both paths use this generator.
+inline auto bothPaths() { return ::testing::Values(Path::Plain, Path::Vnni); }
+
+// ---- images with canaries -------------------------------------------------
+
+// An image of `rows` rows of `rowBytes` bytes with `pad` canary bytes after
+// each row and a canary margin before the first and after the last row.
+class Canvas {
+public:
+    static constexpr uint8_t kCanary = 0xA5;
+    Canvas(std::size_t rowBytes, int rows, std::size_t pad = 37, uint8_t canary = kCanary);
+    uint8_t* data() { return buf_.data() + margin_; }
+    const uint8_t* data() const { return buf_.data() + margin_; }
+    uint8_t* row(int y) { return data() + static_cast<std::ptrdiff_t>(y) * step_; }
+    const uint8_t* row(int y) const { return data() + static_cast<std::ptrdiff_t>(y) * step_; }
+    int step() const { return static_cast<int>(step_); }
+    std::size_t rowBytes() const { return rowBytes_; }
+    int rows() const { return rows_; }
+    // Fills the region (not the canaries) with random bytes, or a value.
+    void randomize(uint32_t seed);
+    void fill(uint8_t v);
+    // True when no byte outside the region changed.
+    bool canariesIntact() const;
+    // True when no byte at all changed since construction/fill (a failed call).
+    bool untouchedSince(const std::vector<uint8_t>& snapshot) const { return buf_ == snapshot; }
+    std::vector<uint8_t> snapshot() const { return buf_; }
+    // The region's bytes, row after row.
+    std::vector<uint8_t> region() const;
+
+private:
+    std::size_t rowBytes_, step_, margin_;
+    int rows_;
+    uint8_t canary_;
+    std::vector<uint8_t> buf_;
+};
+
+// ---- guard pages ----------------------------------------------------------
+
+// A buffer of `bytes` placed so that its last byte is the last one before an
+// inaccessible page (guardAfter) or its first byte the first one after an
+// inaccessible page (guardBefore).
+class Guarded {
+public:
+    enum Side { After, Before };
+    Guarded(std::size_t bytes, Side side);
+    ~Guarded();
+    Guarded(const Guarded&) = delete;
+    Guarded& operator=(const Guarded&) = delete;
+    uint8_t* data() { return data_; }
+
+private:
+    void* map_ = nullptr;
+    std::size_t mapBytes_ = 0;
+    uint8_t* data_ = nullptr;
+};
+
+// ---- data -----------------------------------------------------------------
+
+// All 2^24 colours as interleaved three-byte pixels (first byte slowest).
+const std::vector<uint8_t>& colourCube();
+// Random bytes.
+std::vector<uint8_t> randomBytes(std::size_t n, uint32_t seed);
+
+}  // namespace kt
