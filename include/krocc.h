@@ -120,6 +120,39 @@ KROAPI const KroLibraryVersion* kroccGetLibVersion(void);
 
 /* ---------------------------------------------------------------- gray */
 
+/* Luminance of RGB with the weights 0.299, 0.587, 0.114. */
+KROAPI KroStatus kroiRGBToGray_8u_C3C1R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_8u_AC4C1R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_16u_C3C1R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_16u_AC4C1R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_16s_C3C1R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_16s_AC4C1R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_32f_C3C1R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToGray_32f_AC4C1R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+
+/* Luminance with caller weights for R, G, B; a null pCoeffs selects the weights of kroiRGBToGray. */
+KROAPI KroStatus kroiColorToGray_8u_C3C1R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_8u_AC4C1R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_16u_C3C1R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_16u_AC4C1R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_16s_C3C1R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_16s_AC4C1R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_32f_C3C1R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_32f_AC4C1R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize, const Kro32f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_64f_C3C1R(const Kro64f* pSrc, int srcStep, Kro64f* pDst, int dstStep, KroiSize roiSize, const Kro64f* pCoeffs);
+KROAPI KroStatus kroiColorToGray_64f_AC4C1R(const Kro64f* pSrc, int srcStep, Kro64f* pDst, int dstStep, KroiSize roiSize, const Kro64f* pCoeffs);
+
+/* One plane replicated to three samples, or to four with the alpha value last. */
+KROAPI KroStatus kroiGrayToRGB_8u_C1C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiGrayToRGB_8u_C1C4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, Kro8u aval);
+KROAPI KroStatus kroiGrayToRGB_16u_C1C3R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiGrayToRGB_16u_C1C4R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize, Kro16u aval);
+KROAPI KroStatus kroiGrayToRGB_32f_C1C3R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiGrayToRGB_32f_C1C4R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize, Kro32f aval);
+
+/* The Y samples of a Y0 Cb Y1 Cr stream. */
+KROAPI KroStatus kroiYCbCr422ToGray_8u_C2C1R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+
 /* (end gray) */
 
 /* ---------------------------------------------------------------- XYZ and YCC */
@@ -135,6 +168,36 @@ KROAPI const KroLibraryVersion* kroccGetLibVersion(void);
 /* (end LUV and Lab) */
 
 /* ---------------------------------------------------------------- YCoCg */
+
+/* Interleaved B, G, R (or R, G, B) to the planes Y, Co, Cg; Rev is the lossless lifting form. */
+KROAPI KroStatus kroiBGRToYCoCg_8u16s_C3P3R(const Kro8u* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCoCg_8u16s_C4P3R(const Kro8u* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCoCg_Rev_8u16s_C3P3R(const Kro8u* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCoCg_Rev_8u16s_C4P3R(const Kro8u* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_16s_C3P3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_16s_C4P3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_16s32s_C3P3R(const Kro16s* pSrc, int srcStep, Kro32s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_16s32s_C4P3R(const Kro16s* pSrc, int srcStep, Kro32s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_Rev_16s_C3P3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_Rev_16s_C4P3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_Rev_16s32s_C3P3R(const Kro16s* pSrc, int srcStep, Kro32s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiSBGRToYCoCg_Rev_16s32s_C4P3R(const Kro16s* pSrc, int srcStep, Kro32s* pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCoCg_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst[3], int dstStep, KroiSize roiSize);
+
+/* The planes Y, Co, Cg back to interleaved B, G, R (or R, G, B); the C4 forms write the alpha value fourth. */
+KROAPI KroStatus kroiYCoCgToBGR_16s8u_P3C3R(const Kro16s* pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCoCgToBGR_16s8u_P3C4R(const Kro16s* pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, Kro8u aval);
+KROAPI KroStatus kroiYCoCgToBGR_Rev_16s8u_P3C3R(const Kro16s* pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCoCgToBGR_Rev_16s8u_P3C4R(const Kro16s* pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, Kro8u aval);
+KROAPI KroStatus kroiYCoCgToSBGR_16s_P3C3R(const Kro16s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCoCgToSBGR_16s_P3C4R(const Kro16s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize, Kro16s aval);
+KROAPI KroStatus kroiYCoCgToSBGR_32s16s_P3C3R(const Kro32s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCoCgToSBGR_32s16s_P3C4R(const Kro32s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize, Kro16s aval);
+KROAPI KroStatus kroiYCoCgToSBGR_Rev_16s_P3C3R(const Kro16s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCoCgToSBGR_Rev_16s_P3C4R(const Kro16s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize, Kro16s aval);
+KROAPI KroStatus kroiYCoCgToSBGR_Rev_32s16s_P3C3R(const Kro32s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCoCgToSBGR_Rev_32s16s_P3C4R(const Kro32s* pSrc[3], int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize, Kro16s aval);
+KROAPI KroStatus kroiYCoCgToRGB_8u_P3C3R(const Kro8u* pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
 
 /* (end YCoCg) */
 
