@@ -271,8 +271,23 @@ KRO_INLINE void loadBlock(const void* p, unsigned n, __m512i* v) {
     }
 }
 
-// Interleaves the channels c[0..S-1] and stores the n <= E pixels of the block at p.
-template <int Bits, int S>
+// A whole 64-byte register to memory, non-temporally: one store where the
+// address allows it, four 16-byte stores otherwise.
+KRO_INLINE void stream64(void* p, __m512i v) {
+    if ((reinterpret_cast<std::uintptr_t>(p) & 63) == 0) {
+        _mm512_stream_si512(static_cast<__m512i*>(p), v);
+    } else {
+        auto* q = static_cast<__m128i*>(p);
+        _mm_stream_si128(q, _mm512_castsi512_si128(v));
+        _mm_stream_si128(q + 1, _mm512_extracti32x4_epi32(v, 1));
+        _mm_stream_si128(q + 2, _mm512_extracti32x4_epi32(v, 2));
+        _mm_stream_si128(q + 3, _mm512_extracti32x4_epi32(v, 3));
+    }
+}
+
+// Interleaves the channels c[0..S-1] and stores the n <= E pixels of the block
+// at p; whole registers non-temporally when Stream.
+template <int Bits, int S, bool Stream = false>
 KRO_INLINE void storeBlock(void* p, unsigned n, const __m512i* c) {
     using L = Elem<Bits>;
     auto* b = static_cast<char*>(p);
@@ -281,8 +296,10 @@ KRO_INLINE void storeBlock(void* p, unsigned n, const __m512i* c) {
                           S == 4 ? interleaveOne<Bits, S, S - 1>(c) : _mm512_setzero_si512()};
     for (int r = 0; r < S; ++r) {
         const unsigned first = r * L::E;
-        if (elems >= first + L::E) _mm512_storeu_si512(b + 64 * r, o[r]);
-        else if (elems > first) L::store(b + 64 * r, o[r], elems - first);
+        if (elems >= first + L::E) {
+            if (Stream) stream64(b + 64 * r, o[r]);
+            else _mm512_storeu_si512(b + 64 * r, o[r]);
+        } else if (elems > first) L::store(b + 64 * r, o[r], elems - first);
     }
 }
 
