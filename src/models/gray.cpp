@@ -103,20 +103,8 @@ void innerYCbCr422ToGray_8u_C2C1R(const Kro8u* src, Kro8u* dst, int width) {
 }  // namespace
 }  // namespace k0
 
-KRO_ENTRY(kroiRGBToGray_8u_C3C1R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrRGBToGray_8u<3>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiRGBToGray_8u_AC4C1R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrRGBToGray_8u<4>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiColorToGray_8u_C3C1R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi,
-                                    const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_8u<3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
-KRO_ENTRY(kroiColorToGray_8u_AC4C1R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi,
-                                     const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_8u<4>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
+KRO_GRAY_ENTRIES(8u, C3C1R, Kro8u, k0::wdrRGBToGray_8u<3>)
+KRO_GRAY_ENTRIES(8u, AC4C1R, Kro8u, k0::wdrRGBToGray_8u<4>)
 
 KRO_ENTRY(kroiGrayToRGB_8u_C1C3R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
     return k0::gray::run(k0::wdrGrayToRGB_8u<3>, pSrc, srcStep, pDst, dstStep, roi, 0);

@@ -29,3 +29,14 @@ KRO_INLINE void eachRow(const Ts* src, int srcStep, Td* dst, int dstStep, int he
 }
 
 }  // namespace k0::gray
+
+// The two entries of one type and layout: RGBToGray with the default weights,
+// ColorToGray with the caller's (null again meaning the defaults).
+#define KRO_GRAY_ENTRIES(type, layout, T, driver)                                                             \
+    KRO_ENTRY(kroiRGBToGray_##type##_##layout)(const T* pSrc, int srcStep, T* pDst, int dstStep, KroiSize roi) { \
+        return k0::gray::run(driver, pSrc, srcStep, pDst, dstStep, roi, nullptr);                               \
+    }                                                                                                           \
+    KRO_ENTRY(kroiColorToGray_##type##_##layout)(const T* pSrc, int srcStep, T* pDst, int dstStep, KroiSize roi, \
+                                                 const Kro32f* pCoeffs) {                                       \
+        return k0::gray::run(driver, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);                               \
+    }

@@ -136,50 +136,13 @@ void wdrGrayToRGB(const T* src, int srcStep, T* dst, int dstStep, int width, int
 using k0::F32;
 using k0::F64;
 
-KRO_ENTRY(kroiRGBToGray_16u_C3C1R)(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrRGBToGray_16u<3>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiRGBToGray_16u_AC4C1R)(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrRGBToGray_16u<4>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiColorToGray_16u_C3C1R)(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roi,
-                                     const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_16u<3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
-KRO_ENTRY(kroiColorToGray_16u_AC4C1R)(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roi,
-                                      const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_16u<4>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
+KRO_GRAY_ENTRIES(16u, C3C1R, Kro16u, k0::wdrRGBToGray_16u<3>)
+KRO_GRAY_ENTRIES(16u, AC4C1R, Kro16u, k0::wdrRGBToGray_16u<4>)
+KRO_GRAY_ENTRIES(16s, C3C1R, Kro16s, k0::entryRGBToGray_16s<3>)
+KRO_GRAY_ENTRIES(16s, AC4C1R, Kro16s, k0::entryRGBToGray_16s<4>)
+KRO_GRAY_ENTRIES(32f, C3C1R, Kro32f, (k0::wdrRGBToGray_float<F32, 3>))
+KRO_GRAY_ENTRIES(32f, AC4C1R, Kro32f, (k0::wdrRGBToGray_float<F32, 4>))
 
-KRO_ENTRY(kroiRGBToGray_16s_C3C1R)(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::entryRGBToGray_16s<3>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiRGBToGray_16s_AC4C1R)(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::entryRGBToGray_16s<4>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiColorToGray_16s_C3C1R)(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roi,
-                                     const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::entryRGBToGray_16s<3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
-KRO_ENTRY(kroiColorToGray_16s_AC4C1R)(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roi,
-                                      const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::entryRGBToGray_16s<4>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
-
-KRO_ENTRY(kroiRGBToGray_32f_C3C1R)(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrRGBToGray_float<F32, 3>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiRGBToGray_32f_AC4C1R)(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrRGBToGray_float<F32, 4>, pSrc, srcStep, pDst, dstStep, roi, nullptr);
-}
-KRO_ENTRY(kroiColorToGray_32f_C3C1R)(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roi,
-                                     const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_float<F32, 3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
-KRO_ENTRY(kroiColorToGray_32f_AC4C1R)(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roi,
-                                      const Kro32f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_float<F32, 4>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
-}
 KRO_ENTRY(kroiColorToGray_64f_C3C1R)(const Kro64f* pSrc, int srcStep, Kro64f* pDst, int dstStep, KroiSize roi,
                                      const Kro64f* pCoeffs) {
     return k0::gray::run(k0::wdrRGBToGray_float<F64, 3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
