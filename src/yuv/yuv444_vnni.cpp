@@ -20,12 +20,28 @@ struct Gather {
     }
 };
 
-// Low three bytes of 16 elements packed into 48 bytes.
-__m512i compactIndex() {
-    alignas(64) int8_t idx[64];
-    for (int j = 0; j < 64; ++j) idx[j] = static_cast<int8_t>(j < 48 ? 4 * (j / 3) + j % 3 : 0);
-    return _mm512_load_si512(idx);
-}
+// Byte 2 of each element of three accumulators, (a, b, c), to the pixels of
+// the destination: P = 3 packs them to 48 bytes, P = 4 adds a zero fourth byte.
+template <int P>
+struct Scatter {
+    __m512i ab, c;
+    __mmask64 mab = 0, mc = 0;
+    Scatter() {
+        alignas(64) int8_t iab[64] = {}, ic[64] = {};
+        for (int k = 0; k < 16; ++k) {
+            iab[P * k] = static_cast<int8_t>(4 * k + 2);
+            iab[P * k + 1] = static_cast<int8_t>(64 + 4 * k + 2);
+            ic[P * k + 2] = static_cast<int8_t>(4 * k + 2);
+            mab |= 3ULL << (P * k);
+            mc |= 4ULL << (P * k);
+        }
+        ab = _mm512_load_si512(iab);
+        c = _mm512_load_si512(ic);
+    }
+    KRO_INLINE __m512i operator()(__m512i a, __m512i b, __m512i cc) const {
+        return _mm512_mask_permutexvar_epi8(_mm512_maskz_permutex2var_epi8(mab, a, ab, b), mc, c, cc);
+    }
+};
 
 // Pairs of 16-bit factors (lo for the first word of a pair, hi for the second).
 KRO_INLINE __m512i pair(int lo, int hi) { return _mm512_set1_epi32(static_cast<int>((static_cast<unsigned>(hi) << 16) | (static_cast<unsigned>(lo) & 0xFFFF))); }
@@ -33,12 +49,9 @@ KRO_INLINE __m512i pair(int lo, int hi) { return _mm512_set1_epi32(static_cast<i
 KRO_INLINE __m512i quad(int b0, int b1, int b2, int b3) {
     return _mm512_set1_epi32(static_cast<int>((b0 & 0xFF) | (b1 & 0xFF) << 8 | (b2 & 0xFF) << 16 | static_cast<unsigned>(b3 & 0xFF) << 24));
 }
-// Limit to 0..0xFF0000 before the shift that leaves the byte.
-KRO_INLINE __m512i limitShift(__m512i acc) {
-    return _mm512_srli_epi32(_mm512_min_epi32(_mm512_max_epi32(acc, _mm512_setzero_si512()), _mm512_set1_epi32(0xFF0000)), 16);
-}
-KRO_INLINE __m512i merge(__m512i a, __m512i b, __m512i c) {
-    return _mm512_ternarylogic_epi32(a, _mm512_slli_epi32(b, 8), _mm512_slli_epi32(c, 16), 0xFE);
+// Limit to 0..0xFF0000; the result is then byte 2 of the element.
+KRO_INLINE __m512i limit(__m512i acc) {
+    return _mm512_min_epi32(_mm512_max_epi32(acc, _mm512_setzero_si512()), _mm512_set1_epi32(0xFF0000));
 }
 
 // Forward: (R, G) and (G, B) as 16-bit pairs, one pair in each element; 38470,
@@ -50,6 +63,7 @@ struct Forward {
     __m512i uRG = pair(-9633, -18939), uGB = pair(0, 28573);
     __m512i vRG = pair(20152, -16875), vGB = pair(0, -6554);
     __m512i y0 = _mm512_set1_epi32(yStart), c0 = _mm512_set1_epi32(8388608);
+    Scatter<P> out;
     static constexpr __mmask64 kEven = 0x5555555555555555ULL;
 
     KRO_INLINE __m512i operator()(__m512i raw) const {
@@ -58,7 +72,7 @@ struct Forward {
         const __m512i y = _mm512_dpwssds_epi32(_mm512_dpwssds_epi32(y0, RG, yRG), GB, yGB);
         const __m512i u = _mm512_dpwssds_epi32(_mm512_dpwssds_epi32(c0, RG, uRG), GB, uGB);
         const __m512i v = _mm512_dpwssds_epi32(_mm512_dpwssds_epi32(_mm512_dpwssds_epi32(c0, RG, vRG), RG, vRG), GB, vGB);
-        return merge(_mm512_srli_epi32(y, 16), _mm512_srli_epi32(u, 16), limitShift(v));
+        return out(y, u, limit(v));
     }
 };
 
@@ -70,26 +84,25 @@ struct Inverse {
     __m512i wR = quad(64, 0, 0, 73), wG1 = quad(64, -25, 0, -37), wG2 = quad(0, -128, -128, -128);
     __m512i wB1 = quad(64, 65, 65, 0), wB2 = quad(0, 127, 127, 127);
     __m512i r0 = _mm512_set1_epi32(-9339), g0 = _mm512_set1_epi32(7987), b0 = _mm512_set1_epi32(-16678);
+    Scatter<P> out;
 
     KRO_INLINE __m512i operator()(__m512i raw) const {
         const __m512i x = _mm512_permutexvar_epi8(yuuv, raw);
         const __m512i r = _mm512_slli_epi32(_mm512_dpbusds_epi32(r0, x, wR), 10);
         const __m512i g = _mm512_dpbusds_epi32(_mm512_slli_epi32(_mm512_dpbusds_epi32(g0, x, wG1), 10), x, wG2);
         const __m512i b = _mm512_dpbusds_epi32(_mm512_slli_epi32(_mm512_dpbusds_epi32(b0, x, wB1), 10), x, wB2);
-        return merge(limitShift(r), limitShift(g), limitShift(b));
+        return out(limit(r), limit(g), limit(b));
     }
 };
 
 // The row loop: blocks of 16 pixels (unrolled by four while 64 remain), then
-// one masked block for the rest. Three-byte pixels are packed back to 48
-// bytes; four-byte pixels are stored whole, so their fourth byte is zero.
+// one masked block for the rest. Four-byte pixels are stored whole, so their
+// fourth byte is zero.
 template <int P, class Form>
 void runImage(const Kro8u* s, int ss, Kro8u* d, int ds, int w, int h, const Form& form) {
-    const __m512i compact = compactIndex();
     const __mmask64 full = lowBits64(16 * P);
     auto block = [&](const Kro8u* sp, Kro8u* dp, __mmask64 m) {
-        const __m512i out = form(_mm512_maskz_loadu_epi8(m, sp));
-        _mm512_mask_storeu_epi8(dp, m, P == 3 ? _mm512_permutexvar_epi8(compact, out) : out);
+        _mm512_mask_storeu_epi8(dp, m, form(_mm512_maskz_loadu_epi8(m, sp)));
     };
     for (int y = 0; y < h; ++y) {
         const Kro8u* sr = rowAt(s, ss, y);
