@@ -77,21 +77,35 @@ struct Forward {
 };
 
 // Inverse: the bytes (Y, U, U, V) of each pixel against signed byte weights;
-// G and B take a second step after the shift by 10.
+// G and B take a second step after the shift by 10. R has no second step, so
+// its shift by 10 and then 16 is one shift by 6. The saturating packs clamp
+// to 0..255.
 template <int P>
 struct Inverse {
     __m512i yuuv = Gather<P>::make(0, 1, 1, 2);
     __m512i wR = quad(64, 0, 0, 73), wG1 = quad(64, -25, 0, -37), wG2 = quad(0, -128, -128, -128);
     __m512i wB1 = quad(64, 65, 65, 0), wB2 = quad(0, 127, 127, 127);
     __m512i r0 = _mm512_set1_epi32(-9339), g0 = _mm512_set1_epi32(7987), b0 = _mm512_set1_epi32(-16678);
-    Scatter<P> out;
+    __m512i place;
+    __mmask64 keep = 0;
+    Inverse() {
+        // After the packs, lane L holds R of its four pixels in bytes 0..3, G in 4..7, B in 8..11.
+        alignas(64) int8_t idx[64] = {};
+        for (int k = 0; k < 16; ++k)
+            for (int c = 0; c < 3; ++c) {
+                idx[P * k + c] = static_cast<int8_t>(16 * (k / 4) + 4 * c + k % 4);
+                keep |= 1ULL << (P * k + c);
+            }
+        place = _mm512_load_si512(idx);
+    }
 
     KRO_INLINE __m512i operator()(__m512i raw) const {
         const __m512i x = _mm512_permutexvar_epi8(yuuv, raw);
-        const __m512i r = _mm512_slli_epi32(_mm512_dpbusds_epi32(r0, x, wR), 10);
-        const __m512i g = _mm512_dpbusds_epi32(_mm512_slli_epi32(_mm512_dpbusds_epi32(g0, x, wG1), 10), x, wG2);
-        const __m512i b = _mm512_dpbusds_epi32(_mm512_slli_epi32(_mm512_dpbusds_epi32(b0, x, wB1), 10), x, wB2);
-        return out(limit(r), limit(g), limit(b));
+        const __m512i r = _mm512_srai_epi32(_mm512_dpbusds_epi32(r0, x, wR), 6);
+        const __m512i g = _mm512_srai_epi32(_mm512_dpbusds_epi32(_mm512_slli_epi32(_mm512_dpbusds_epi32(g0, x, wG1), 10), x, wG2), 16);
+        const __m512i b = _mm512_srai_epi32(_mm512_dpbusds_epi32(_mm512_slli_epi32(_mm512_dpbusds_epi32(b0, x, wB1), 10), x, wB2), 16);
+        const __m512i bytes = _mm512_packus_epi16(_mm512_packs_epi32(r, g), _mm512_packs_epi32(b, b));
+        return _mm512_maskz_permutexvar_epi8(keep, place, bytes);
     }
 };
 
