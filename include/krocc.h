@@ -93,6 +93,16 @@ KROAPI const KroLibraryVersion* kroccGetLibVersion(void);
 
 /* ---------------------------------------------------------------- RGB <-> Y'UV 4:4:4 */
 
+KROAPI KroStatus kroiRGBToYUV_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV_8u_AC4P4R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[4], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUVToRGB_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUVToRGB_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUVToRGB_8u_C3C4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, Kro8u aval);
+KROAPI KroStatus kroiYUVToRGB_8u_P3C3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUVToRGB_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
 
 /* ---------------------------------------------------------------- RGB <-> Y'UV 4:2:2 and 4:2:0 */
 

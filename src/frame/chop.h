@@ -18,6 +18,7 @@ constexpr std::array<Kro8u, 1000> makeChop() {
 
 alignas(64) inline constexpr std::array<Kro8u, 1000> chop = makeChop();
 inline constexpr const Kro8u* CHOP_ARRAY = chop.data() + 370;
+static_assert(chop[370] == 0 && chop[371] == 1 && chop[624] == 254 && chop[625] == 255 && chop[999] == 255);
 
 // Clamp of a signed result through the table.
 constexpr Kro8u chopped(int r) { return CHOP_ARRAY[r]; }

@@ -24,3 +24,48 @@ KRO_INLINE void storeN256(void* p, __m256i v, unsigned n) { _mm256_mask_storeu_e
 KRO_INLINE void storeN128(void* p, __m128i v, unsigned n) { _mm_mask_storeu_epi8(p, lowBits16(n), v); }
 
 }  // namespace k0
+
+namespace k0 {
+
+// ---- three-sample pixels ----------------------------------------------------
+// 16 three-byte pixels (48 bytes at the bottom of a register) spread to 16
+// dwords holding (s0, s1, s2, 0), and back. Both stay within AVX-512 BW.
+
+KRO_INLINE __m512i expandC3toC4(__m512i raw) {
+    // Lane k takes dwords 3k..3k+2, that is pixels 4k..4k+3, then each lane
+    // spreads its 12 bytes to four dwords.
+    const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11);
+    const __m512i spread = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1));
+    return _mm512_shuffle_epi8(_mm512_permutexvar_epi32(lanes, raw), spread);
+}
+
+KRO_INLINE __m512i compactC4toC3(__m512i px) {
+    const __m512i pack = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+    const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 15, 15, 15, 15);
+    return _mm512_permutexvar_epi32(lanes, _mm512_shuffle_epi8(px, pack));
+}
+
+// Sample i (0..3) of 16 four-byte pixels, as dwords.
+template <int i>
+KRO_INLINE __m512i sampleOf(__m512i px) {
+    if constexpr (i == 3) return _mm512_srli_epi32(px, 24);
+    else return _mm512_and_si512(_mm512_srli_epi32(px, 8 * i), _mm512_set1_epi32(0xFF));
+}
+
+// Three dwords of 0..255 merged to pixels (a, b, c, 0).
+KRO_INLINE __m512i mergeSamples(__m512i a, __m512i b, __m512i c) {
+    return _mm512_ternarylogic_epi32(a, _mm512_slli_epi32(b, 8), _mm512_slli_epi32(c, 16), 0xFE);
+}
+
+// Dwords of 0..255 as 16 words, and back.
+KRO_INLINE __m256i dwordsToWords(__m512i v) { return _mm512_cvtepi32_epi16(v); }
+KRO_INLINE __m512i wordsToDwords(__m256i v) { return _mm512_cvtepu16_epi32(v); }
+
+// Byte mask of the first three bytes of each four-byte pixel.
+inline constexpr uint64_t kRgbOfRgba = 0x7777777777777777ULL;
+
+// 16 bytes widened to dwords, and dwords of 0..255 narrowed to bytes.
+KRO_INLINE __m512i bytesToDwords(__m128i v) { return _mm512_cvtepu8_epi32(v); }
+KRO_INLINE __m128i dwordsToBytes(__m512i v) { return _mm512_cvtepi32_epi8(v); }
+
+}  // namespace k0
