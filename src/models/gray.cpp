@@ -45,10 +45,10 @@ KRO_INLINE void grayBlock8u(const Kro8u* src, Kro8u* dst, unsigned n, const Weig
 // Remainder stage on n < 16 pixels.
 template <int S>
 KRO_INLINE void grayRemainder8u(const Kro8u* src, Kro8u* dst, unsigned n, const Weights8u& w) {
-    const __m512i q = loadQuads8<S>(src, n);
-    __m512i s = _mm512_add_epi32(_mm512_mullo_epi32(channel8x32<S, 0>(q), w.remain[0]),
-                                 _mm512_mullo_epi32(channel8x32<S, 1>(q), w.remain[1]));
-    s = _mm512_add_epi32(s, _mm512_mullo_epi32(channel8x32<S, 2>(q), w.remain[2]));
+    const __m512i raw = loadN512(src, n * S);
+    const __m512i q = S == 3 ? expandC3toC4(raw) : raw;
+    __m512i s = _mm512_add_epi32(_mm512_mullo_epi32(sampleOf<0>(q), w.remain[0]), _mm512_mullo_epi32(sampleOf<1>(q), w.remain[1]));
+    s = _mm512_add_epi32(s, _mm512_mullo_epi32(sampleOf<2>(q), w.remain[2]));
     s = _mm512_srli_epi32(_mm512_add_epi32(s, _mm512_set1_epi32(16384)), 15);
     storeN128(dst, _mm512_cvtepi32_epi8(s), n);
 }

@@ -11,10 +11,6 @@
 
 #include "simd.h"
 
-// GCC 12 reports the undefined upper halves inside its own AVX-512 intrinsics
-// (casts, extracts, permutes) as maybe-uninitialized; they are not.
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-
 namespace k0::lanes {
 
 template <class T, std::size_t N>
@@ -120,37 +116,6 @@ KRO_INLINE __m256i packWords(__m512i w) {
     const __m512i p = _mm512_packus_epi16(w, w);
     return _mm512_castsi512_si256(_mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), p));
 }
-
-// ---- 8-bit pixels <-> 32-bit channel elements ------------------------------
-
-// Lane k of a register of up to 16 pixels holds the pixels 4k..4k+3.
-template <int S>
-constexpr std::array<uint32_t, 16> quadIndex() {
-    std::array<uint32_t, 16> t{};
-    for (int k = 0; k < 4; ++k)
-        for (int d = 0; d < 4; ++d) t[4 * k + d] = d < S ? S * k + d : 0;
-    return t;
-}
-template <int S> inline constexpr auto kQuad = quadIndex<S>();
-
-template <int S, int C>
-constexpr std::array<uint8_t, 64> dwordShuffle() {
-    std::array<uint8_t, 64> t{};
-    for (int i = 0; i < 64; ++i) t[i] = i % 4 == 0 ? static_cast<uint8_t>(S * (i % 16 / 4) + C) : 0x80;
-    return t;
-}
-template <int S, int C> inline constexpr auto kDwordShuffle = dwordShuffle<S, C>();
-
-// The n <= 16 pixels at p, four a lane. Nothing beyond them is read.
-template <int S>
-KRO_INLINE __m512i loadQuads8(const Kro8u* p, unsigned n) {
-    const __m512i v = loadN512(p, n * S);
-    return S == 4 ? v : _mm512_permutexvar_epi32(vec(kQuad<S>), v);
-}
-
-// Sample C of each pixel of a quad register as a 32-bit element, in pixel order.
-template <int S, int C>
-KRO_INLINE __m512i channel8x32(__m512i q) { return _mm512_shuffle_epi8(q, vec(kDwordShuffle<S, C>)); }
 
 // ---- 16-, 32- and 64-bit pixels --------------------------------------------
 
