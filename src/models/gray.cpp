@@ -69,7 +69,7 @@ void innerRGBToGray_8u(const Kro8u* src, Kro8u* dst, int width, const Weights8u&
 template <int S>
 void wdrRGBToGray_8u(const Kro8u* src, int srcStep, Kro8u* dst, int dstStep, int width, int height, const Kro32f* coeffs) {
     const Weights8u w = weights8u(coeffs);
-    gray::eachRow(src, srcStep, dst, dstStep, height, [&](const Kro8u* s, Kro8u* d) { innerRGBToGray_8u<S>(s, d, width, w); });
+    eachRow(src, srcStep, dst, dstStep, height, [&](const Kro8u* s, Kro8u* d) { innerRGBToGray_8u<S>(s, d, width, w); });
 }
 
 // Gray to three or four samples, 32 pixels at a time.
@@ -85,7 +85,7 @@ void innerGrayToRGB_8u(const Kro8u* src, Kro8u* dst, int width, __m512i alpha) {
 template <int S>
 void wdrGrayToRGB_8u(const Kro8u* src, int srcStep, Kro8u* dst, int dstStep, int width, int height, Kro8u alpha) {
     const __m512i a = _mm512_set1_epi16(alpha);
-    gray::eachRow(src, srcStep, dst, dstStep, height, [&](const Kro8u* s, Kro8u* d) { innerGrayToRGB_8u<S>(s, d, width, a); });
+    eachRow(src, srcStep, dst, dstStep, height, [&](const Kro8u* s, Kro8u* d) { innerGrayToRGB_8u<S>(s, d, width, a); });
 }
 
 // The even bytes of the first `width & ~3` pixels of a 4:2:2 row.
@@ -107,16 +107,16 @@ KRO_GRAY_ENTRIES(8u, C3C1R, Kro8u, k0::wdrRGBToGray_8u<3>)
 KRO_GRAY_ENTRIES(8u, AC4C1R, Kro8u, k0::wdrRGBToGray_8u<4>)
 
 KRO_ENTRY(kroiGrayToRGB_8u_C1C3R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrGrayToRGB_8u<3>, pSrc, srcStep, pDst, dstStep, roi, 0);
+    return k0::run(k0::wdrGrayToRGB_8u<3>, pSrc, srcStep, pDst, dstStep, roi, 0);
 }
 KRO_ENTRY(kroiGrayToRGB_8u_C1C4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi, Kro8u aval) {
-    return k0::gray::run(k0::wdrGrayToRGB_8u<4>, pSrc, srcStep, pDst, dstStep, roi, aval);
+    return k0::run(k0::wdrGrayToRGB_8u<4>, pSrc, srcStep, pDst, dstStep, roi, aval);
 }
 
 // The row loop lies here: the kernel takes width & ~3 pixels of a row, the
 // last one to three follow.
 KRO_ENTRY(kroiYCbCr422ToGray_8u_C2C1R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (const KroStatus st = k0::gray::checkArgs(pSrc, pDst, roi)) return st;
+    if (const KroStatus st = k0::checkArgs(roi, pSrc, pDst)) return st;
     const int head = roi.width & ~3;
     for (int y = 0; y < roi.height; ++y) {
         const Kro8u* s = k0::rowAt(pSrc, srcStep, y);

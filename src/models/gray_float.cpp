@@ -72,7 +72,7 @@ template <int S>
 void wdrRGBToGray_16u(const Kro16u* src, int srcStep, Kro16u* dst, int dstStep, int width, int height, const Kro32f* coeffs) {
     __m512 w[3];
     loadWeights<F32>(coeffs, w);
-    gray::eachRow(src, srcStep, dst, dstStep, height,
+    eachRow(src, srcStep, dst, dstStep, height,
                   [&](const Kro16u* s, Kro16u* d) { innerRGBToGray_16<S, false>(s, d, width, w); });
 }
 
@@ -111,7 +111,7 @@ void wdrRGBToGray_float(const typename F::T* src, int srcStep, typename F::T* ds
                         typename F::W coeffs) {
     typename F::V w[3];
     loadWeights<F>(coeffs, w);
-    gray::eachRow(src, srcStep, dst, dstStep, height,
+    eachRow(src, srcStep, dst, dstStep, height,
                   [&](const typename F::T* s, typename F::T* d) { innerRGBToGray_float<F, S>(s, d, width, w); });
 }
 
@@ -121,7 +121,7 @@ void wdrGrayToRGB(const T* src, int srcStep, T* dst, int dstStep, int width, int
     constexpr int E = Elem<Bits>::E;
     __m512i c[4];
     c[3] = Bits == 16 ? _mm512_set1_epi16(static_cast<short>(alpha)) : _mm512_castps_si512(_mm512_set1_ps(alpha));
-    gray::eachRow(src, srcStep, dst, dstStep, height, [&](const T* s, T* d) {
+    eachRow(src, srcStep, dst, dstStep, height, [&](const T* s, T* d) {
         for (int x = 0; x < width; x += E) {
             const unsigned n = width - x < E ? width - x : E;
             c[0] = c[1] = c[2] = Elem<Bits>::load(s + x, n);
@@ -145,22 +145,22 @@ KRO_GRAY_ENTRIES(32f, AC4C1R, Kro32f, (k0::wdrRGBToGray_float<F32, 4>))
 
 KRO_ENTRY(kroiColorToGray_64f_C3C1R)(const Kro64f* pSrc, int srcStep, Kro64f* pDst, int dstStep, KroiSize roi,
                                      const Kro64f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_float<F64, 3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
+    return k0::run(k0::wdrRGBToGray_float<F64, 3>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
 }
 KRO_ENTRY(kroiColorToGray_64f_AC4C1R)(const Kro64f* pSrc, int srcStep, Kro64f* pDst, int dstStep, KroiSize roi,
                                       const Kro64f* pCoeffs) {
-    return k0::gray::run(k0::wdrRGBToGray_float<F64, 4>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
+    return k0::run(k0::wdrRGBToGray_float<F64, 4>, pSrc, srcStep, pDst, dstStep, roi, pCoeffs);
 }
 
 KRO_ENTRY(kroiGrayToRGB_16u_C1C3R)(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrGrayToRGB<16, 3, Kro16u>, pSrc, srcStep, pDst, dstStep, roi, 0);
+    return k0::run(k0::wdrGrayToRGB<16, 3, Kro16u>, pSrc, srcStep, pDst, dstStep, roi, 0);
 }
 KRO_ENTRY(kroiGrayToRGB_16u_C1C4R)(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roi, Kro16u aval) {
-    return k0::gray::run(k0::wdrGrayToRGB<16, 4, Kro16u>, pSrc, srcStep, pDst, dstStep, roi, aval);
+    return k0::run(k0::wdrGrayToRGB<16, 4, Kro16u>, pSrc, srcStep, pDst, dstStep, roi, aval);
 }
 KRO_ENTRY(kroiGrayToRGB_32f_C1C3R)(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roi) {
-    return k0::gray::run(k0::wdrGrayToRGB<32, 3, Kro32f>, pSrc, srcStep, pDst, dstStep, roi, 0.0f);
+    return k0::run(k0::wdrGrayToRGB<32, 3, Kro32f>, pSrc, srcStep, pDst, dstStep, roi, 0.0f);
 }
 KRO_ENTRY(kroiGrayToRGB_32f_C1C4R)(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roi, Kro32f aval) {
-    return k0::gray::run(k0::wdrGrayToRGB<32, 4, Kro32f>, pSrc, srcStep, pDst, dstStep, roi, aval);
+    return k0::run(k0::wdrGrayToRGB<32, 4, Kro32f>, pSrc, srcStep, pDst, dstStep, roi, aval);
 }

@@ -1,6 +1,6 @@
 // RGB <-> Y'UV 4:4:4: entries, drivers and the row kernels of the path
 // without the multiply-add instructions.
-#include "internal.h"
+#include "entry.h"
 #include "yuv/yuv444_io.h"
 #include "yuv/yuv444_vnni.h"
 
@@ -97,7 +97,7 @@ void ownYUVToRGB_8u_C3C4R(const Kro8u* s, Kro8u* d, int w, Kro8u alpha) {
 // Walks the rows of a one-pointer-a-side image through a row kernel.
 template <class Kernel>
 KRO_INLINE void walkPacked(const Kro8u* s, int ss, Kro8u* d, int ds, int h, Kernel&& k) {
-    walkRows(h, [&](int y) { k(rowAt(s, ss, y), rowAt(d, ds, y)); });
+    eachRow(s, ss, d, ds, h, k);
 }
 
 }  // namespace
@@ -122,48 +122,36 @@ void myYUVToRGB_8u_AC4R(const Kro8u* s, int ss, Kro8u* d, int ds, int w, int h) 
     walkPacked(s, ss, d, ds, h, [w](const Kro8u* a, Kro8u* b) { innerYUVToRGB_8u_AC4R(a, b, w); });
 }
 
+void myYUVToRGB_8u_C3C4R(const Kro8u* s, int ss, Kro8u* d, int ds, int w, int h, Kro8u alpha) {
+    walkPacked(s, ss, d, ds, h, [w, alpha](const Kro8u* a, Kro8u* b) { ownYUVToRGB_8u_C3C4R(a, b, w, alpha); });
+}
+
 }  // namespace k0
 
 // ---- entries ------------------------------------------------------------------------
 
 using namespace k0;
 
-namespace {
-KRO_INLINE bool badSize(KroiSize r) { return r.width < 1 || r.height < 1; }
-}  // namespace
-
 KRO_ENTRY(kroiRGBToYUV_8u_C3R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
-    myRGBToYUV_8u_C3R(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
-    return kroOk;
+    return run(myRGBToYUV_8u_C3R, pSrc, srcStep, pDst, dstStep, roi);
 }
-
 KRO_ENTRY(kroiRGBToYUV_8u_AC4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
-    myRGBToYUV_8u_AC4R(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
-    return kroOk;
+    return run(myRGBToYUV_8u_AC4R, pSrc, srcStep, pDst, dstStep, roi);
 }
-
 KRO_ENTRY(kroiYUVToRGB_8u_C3R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
-    myYUVToRGB_8u_C3R(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
-    return kroOk;
+    return run(myYUVToRGB_8u_C3R, pSrc, srcStep, pDst, dstStep, roi);
 }
-
 KRO_ENTRY(kroiYUVToRGB_8u_AC4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
-    myYUVToRGB_8u_AC4R(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
-    return kroOk;
+    return run(myYUVToRGB_8u_AC4R, pSrc, srcStep, pDst, dstStep, roi);
+}
+KRO_ENTRY(kroiYUVToRGB_8u_C3C4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi,
+                                 Kro8u aval) {
+    return run(myYUVToRGB_8u_C3C4R, pSrc, srcStep, pDst, dstStep, roi, aval);
 }
 
 // The plane-array members are tested after the size.
 KRO_ENTRY(kroiRGBToYUV_8u_C3P3R)(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
+    if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pDst, 3)) return kroErrNullPtr;
     walkRows(roi.height, [&](int y) {
         innerRGBToYUV_8u_C3P3R(rowAt(pSrc, srcStep, y), rowAt(pDst[0], dstStep, y), rowAt(pDst[1], dstStep, y),
@@ -174,8 +162,7 @@ KRO_ENTRY(kroiRGBToYUV_8u_C3P3R)(const Kro8u* pSrc, int srcStep, Kro8u* const pD
 
 KRO_ENTRY(kroiRGBToYUV_8u_P3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep,
                                KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
+    if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pSrc, 3) || anyNullIn(pDst, 3)) return kroErrNullPtr;
     walkRows(roi.height, [&](int y) {
         innerRGBToYUV_8u_P3R(rowAt(pSrc[0], srcStep, y), rowAt(pSrc[1], srcStep, y), rowAt(pSrc[2], srcStep, y),
@@ -187,8 +174,7 @@ KRO_ENTRY(kroiRGBToYUV_8u_P3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* c
 
 // Only the three colour planes are tested; the alpha plane is the caller's charge.
 KRO_ENTRY(kroiRGBToYUV_8u_AC4P4R)(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[4], int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
+    if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pDst, 3)) return kroErrNullPtr;
     walkRows(roi.height, [&](int y) {
         innerRGBToYUV_8u_AC4P4R(rowAt(pSrc, srcStep, y), rowAt(pDst[0], dstStep, y), rowAt(pDst[1], dstStep, y),
@@ -197,19 +183,8 @@ KRO_ENTRY(kroiRGBToYUV_8u_AC4P4R)(const Kro8u* pSrc, int srcStep, Kro8u* const p
     return kroOk;
 }
 
-KRO_ENTRY(kroiYUVToRGB_8u_C3C4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi,
-                                 Kro8u aval) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
-    walkRows(roi.height, [&](int y) {
-        ownYUVToRGB_8u_C3C4R(rowAt(pSrc, srcStep, y), rowAt(pDst, dstStep, y), roi.width, aval);
-    });
-    return kroOk;
-}
-
 KRO_ENTRY(kroiYUVToRGB_8u_P3C3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
+    if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pSrc, 3)) return kroErrNullPtr;
     walkRows(roi.height, [&](int y) {
         innerYUVToRGB_8u_P3C3R(rowAt(pSrc[0], srcStep, y), rowAt(pSrc[1], srcStep, y), rowAt(pSrc[2], srcStep, y),
@@ -220,8 +195,7 @@ KRO_ENTRY(kroiYUVToRGB_8u_P3C3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u*
 
 KRO_ENTRY(kroiYUVToRGB_8u_P3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep,
                                KroiSize roi) {
-    if (anyNull(pSrc, pDst)) return kroErrNullPtr;
-    if (badSize(roi)) return kroErrSize;
+    if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pSrc, 3) || anyNullIn(pDst, 3)) return kroErrNullPtr;
     walkRows(roi.height, [&](int y) {
         innerYUVToRGB_8u_P3R(rowAt(pSrc[0], srcStep, y), rowAt(pSrc[1], srcStep, y), rowAt(pSrc[2], srcStep, y),
