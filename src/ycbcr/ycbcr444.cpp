@@ -200,7 +200,7 @@ KRO_ENTRY(kroiRGBToYCbCr_8u_C3P3R)(const Kro8u* pSrc, int srcStep, Kro8u* const 
 
 // The plane array is read without a test of its own.
 KRO_ENTRY(kroiRGBToYCbCr_8u_AC4P3R)(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roi) {
-    if (const KroStatus st = nullsThenSize(anyNull(pSrc, pDst[0], pDst[1], pDst[2]), roi)) return st;
+    if (const KroStatus st = nullsThenSize(pSrc == nullptr || anyNull(pDst[0], pDst[1], pDst[2]), roi)) return st;
     myRGBToYCbCrP3(SrcC4{pSrc}, srcStep, pDst, dstStep, roi.width, roi.height);
     return kroOk;
 }

@@ -437,4 +437,215 @@ TEST_P(Family, NegativeAndZeroSteps) {
 
 INSTANTIATE_TEST_SUITE_P(Paths, Family, kt::bothPaths(), [](const auto& i) { return kt::pathName(i.param); });
 
+// ---- validation ----------------------------------------------------------------------------
+
+TEST_P(Family, ValidationOrderAndFailedCallsWriteNothing) {
+    KT_USE_PATH(GetParam());
+    const KroiSize bad[] = {{0, 2}, {8, 0}, {-3, -3}, {-2147483647 - 1, 1}};
+    for (const Member& m : members()) {
+        Img s(m.in, 8, 2), d(m.out, 8, 2);
+        s.randomize(1);
+        d.randomize(2);
+        const auto ss = s.snapshot(), ds = d.snapshot();
+        kt::resetQueries();
+        // The size, with every pointer in place.
+        for (KroiSize b : bad) EXPECT_EQ(m.call(s, d, b), kroErrSize) << m.name;
+        // A null pointer argument or plane array comes before the size.
+        for (Img* i : {&s, &d}) {
+            if (i == &d && m.checks == Checks::ArrayUntested) continue;  // read untested: see below
+            auto& slot = planesOf(i->lay) == 1 ? i->p[0] : i->p[1];
+            Kro8u* const keep = slot;
+            if (planesOf(i->lay) == 1) slot = nullptr; else i->nullArray = true;
+            EXPECT_EQ(m.call(s, d, {-1, 2}), kroErrNullPtr) << m.name;
+            EXPECT_EQ(m.call(s, d, {8, 2}), kroErrNullPtr) << m.name;
+            i->nullArray = false;
+            slot = keep;
+        }
+        // A null plane: before the size, or after it in the members that
+        // test their planes last.
+        for (Img* i : {&s, &d}) {
+            if (planesOf(i->lay) == 1) continue;
+            for (int k = 0; k < 3; ++k) {
+                Kro8u* const keep = i->p[k];
+                i->p[k] = nullptr;
+                EXPECT_EQ(m.call(s, d, {0, 2}), m.checks == Checks::SizeBeforePlanes ? kroErrSize : kroErrNullPtr)
+                    << m.name << " plane " << k;
+                EXPECT_EQ(m.call(s, d, {8, 2}), kroErrNullPtr) << m.name << " plane " << k;
+                i->p[k] = keep;
+            }
+        }
+        EXPECT_EQ(kt::featureQueries(), 0) << m.name << " asked before its checks passed";
+        EXPECT_TRUE(d.unchanged(ds) && s.unchanged(ss)) << m.name << " wrote on a failed call";
+    }
+}
+
+// kroiRGBToYCbCr_8u_AC4P3R reads its plane array without testing it; a null
+// source is found before the array is read.
+TEST(Validation, TheArrayOfRGBToYCbCrAC4P3RIsReadUntested) {
+    Kro8u px[4] = {1, 2, 3, 4};
+    EXPECT_EQ(kroiRGBToYCbCr_8u_AC4P3R(nullptr, 4, nullptr, 1, {1, 1}), kroErrNullPtr);
+    EXPECT_DEATH(kroiRGBToYCbCr_8u_AC4P3R(px, 4, nullptr, 1, {1, 1}), "");
+    EXPECT_DEATH(kroiRGBToYCbCr_8u_AC4P3R(px, 4, nullptr, 1, {0, 1}), "");
+}
+
+// ---- every stage of every member over all 2^24 inputs ------------------------------------------
+
+// Lays the cube of all inputs out in rows of w pixels (repeating it to fill the
+// last row), converts it, and compares every pixel with the form.
+void sweep(const char* name, Path path, int w, Form want, std::size_t pad = 0, bool expectAligned = false) {
+    const Member& m = member(name);
+    kt::setPath(path);
+    const auto& cube = kt::colourCube();
+    const std::size_t n = cube.size() / 3;
+    const int h = static_cast<int>((n + w - 1) / w);
+    Img s(m.in, w, h, pad), d(m.out, w, h, pad);
+    if (std::string(name) == "RGBToYCbCr_P3R") {
+        ASSERT_EQ(s.aligned16() && d.aligned16() && w % 16 == 0, expectAligned);
+    }
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            const std::size_t i = (static_cast<std::size_t>(y) * w + x) % n;
+            s.set(x, y, {cube[3 * i], cube[3 * i + 1], cube[3 * i + 2]});
+        }
+    ASSERT_EQ(m.call(s, d, {w, h}), kroOk);
+    std::size_t bad = 0;
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            const std::size_t i = (static_cast<std::size_t>(y) * w + x) % n;
+            const Px e = want(cube[3 * i], cube[3 * i + 1], cube[3 * i + 2]), g = outOf(m, d, x, y);
+            if (!samePx(g, e) && bad++ < 5)
+                ADD_FAILURE() << name << " " << kt::pathName(path) << " w=" << w << " input (" << int(cube[3 * i])
+                              << "," << int(cube[3 * i + 1]) << "," << int(cube[3 * i + 2]) << ") got " << str(g)
+                              << " want " << str(e);
+        }
+    EXPECT_EQ(bad, 0u) << name;
+}
+
+TEST(AllInputs, ForwardMembers) {
+    sweep("RGBToYCbCr_C3R", Path::Plain, 4096, formShort);
+    sweep("RGBToYCbCr_C3R", Path::Plain, 15, formLong);
+    sweep("RGBToYCbCr_AC4R", Path::Plain, 4096, formShort);
+    sweep("RGBToYCbCr_AC4R", Path::Plain, 15, formLong);
+    sweep("RGBToYCbCr_C3P3R", Path::Plain, 4096, formShort);
+    sweep("RGBToYCbCr_C3P3R", Path::Plain, 15, formLong);
+    sweep("RGBToYCbCr_AC4P3R", Path::Plain, 4096, formShort);
+    sweep("RGBToYCbCr_AC4P3R", Path::Plain, 15, formLong);
+    sweep("RGBToYCbCr_P3R", Path::Plain, 4096, formShortP, 16, true);
+    sweep("RGBToYCbCr_P3R", Path::Plain, 4096, formLong, 17);
+    if (!kt::cpuHasVnni()) GTEST_SKIP() << "*** VNNI/VBMI path NOT TESTED: this CPU lacks the instructions";
+    sweep("RGBToYCbCr_C3R", Path::Vnni, 4099, formLong);
+    sweep("RGBToYCbCr_AC4R", Path::Vnni, 4099, formLong);
+}
+
+TEST(AllInputs, InverseMembers) {
+    sweep("YCbCrToRGB_C3R", Path::Plain, 4096, formShort8);
+    sweep("YCbCrToRGB_C3R", Path::Plain, 3, formLongA);
+    sweep("YCbCrToRGB_AC4R", Path::Plain, 4099, formLongB0);
+    sweep("YCbCrToRGB_P3C3R", Path::Plain, 4096, formShort8);
+    sweep("YCbCrToBGR_P3C3R", Path::Plain, 3, formLongA);
+    sweep("YCbCrToRGB_P3R", Path::Plain, 4096, formShort16T);
+    sweep("YCbCrToRGB_P3R", Path::Plain, 3, formLongB);
+    sweep("YCbCrToRGB_P3C4R", Path::Plain, 4096, formShort16R);
+    sweep("YCbCrToRGB_P3C4R", Path::Plain, 7, formLongA);
+    sweep("YCbCrToBGR_P3C4R", Path::Plain, 4099, formShort16R);
+}
+
+// ---- stated behaviour of the members ----------------------------------------------------------
+
+// One row of w pixels, all of colour c, through a member; the first pixel out.
+Px onePixelRow(const char* name, Path path, int w, Px c) {
+    const Member& m = member(name);
+    kt::setPath(path);
+    Img s(m.in, w, 1), d(m.out, w, 1);
+    for (int x = 0; x < w; ++x) s.set(x, 0, c);
+    EXPECT_EQ(m.call(s, d, {w, 1}), kroOk);
+    return outOf(m, d, 0, 0);
+}
+
+// The first colour at which two forms differ.
+Px firstDifference(Form f, Form g) {
+    for (int a = 0; a < 256; ++a)
+        for (int b = 0; b < 256; ++b)
+            for (int c = 0; c < 256; ++c)
+                if (!samePx(f(a, b, c), g(a, b, c))) return Px{static_cast<uint8_t>(a), static_cast<uint8_t>(b), static_cast<uint8_t>(c)};
+    ADD_FAILURE() << "the forms agree everywhere";
+    return {};
+}
+
+TEST(Members, WhiteBlackAndTheStudioEnds) {
+    for (Path p : {Path::Plain, Path::Vnni}) {
+        if (p == Path::Vnni && !kt::cpuHasVnni()) continue;
+        for (const Member& m : members())
+            for (int w : {1, 15, 16, 33}) {
+                const bool fwd = std::string(m.name).rfind("RGBTo", 0) == 0;
+                const Px lo = fwd ? Px{0, 0, 0} : Px{16, 128, 128}, hi = fwd ? Px{255, 255, 255} : Px{235, 128, 128};
+                const Px wantLo = fwd ? Px{16, 128, 128} : Px{0, 0, 0};
+                EXPECT_TRUE(samePx(onePixelRow(m.name, p, w, lo), wantLo)) << m.name << " w=" << w;
+                // Y 235 is 255 in every form but the two that drop the half.
+                const Form f = m.form(p, w, 0, false);
+                const int top = f == formShort16T || f == formLongB0 ? 254 : 255;
+                const Px wantHi = fwd ? Px{235, 128, 128} : Px{uint8_t(top), uint8_t(top), uint8_t(top)};
+                EXPECT_TRUE(samePx(onePixelRow(m.name, p, w, hi), wantHi)) << m.name << " w=" << w;
+            }
+    }
+}
+
+// A row of width 1 is all remainder: Long forward on either path, Long-A back.
+TEST(Members, WidthOneTakesTheLongForms) {
+    const Px fwd = firstDifference(formShort, formLong), inv = firstDifference(formShort8, formLongA);
+    for (Path p : {Path::Plain, Path::Vnni}) {
+        if (p == Path::Vnni && !kt::cpuHasVnni()) continue;
+        EXPECT_TRUE(samePx(onePixelRow("RGBToYCbCr_C3R", p, 1, fwd), formLong(fwd.a, fwd.b, fwd.c)));
+        EXPECT_TRUE(samePx(onePixelRow("RGBToYCbCr_C3R", p, 16, fwd), p == Path::Vnni ? formLong(fwd.a, fwd.b, fwd.c) : formShort(fwd.a, fwd.b, fwd.c)));
+    }
+    EXPECT_TRUE(samePx(onePixelRow("YCbCrToRGB_C3R", Path::Plain, 1, inv), formLongA(inv.a, inv.b, inv.c)));
+    // Width 12: a block of 4 in Short-8 and 8 pixels in Long-A; the planar
+    // members take all 12 in Short-8.
+    for (const char* name : {"YCbCrToRGB_C3R", "YCbCrToRGB_P3C3R"}) {
+        const Member& m = member(name);
+        Img s(m.in, 12, 1), d(m.out, 12, 1);
+        for (int x = 0; x < 12; ++x) s.set(x, 0, inv);
+        ASSERT_EQ(m.call(s, d, {12, 1}), kroOk);
+        const bool planar = m.in == Lay::P3;
+        for (int x = 0; x < 12; ++x)
+            EXPECT_TRUE(samePx(outOf(m, d, x, 0), (planar || x < 4 ? formShort8 : formLongA)(inv.a, inv.b, inv.c)))
+                << name << " x=" << x;
+    }
+}
+
+// Over a destination of 0xFF at width 20: the path without the multiply-add
+// instructions clears the fourth byte of the first 16 pixels and leaves the
+// last 4; the multiply-add path clears them all.
+TEST(Members, AlphaOfRGBToYCbCrAC4RByPathAndPlace) {
+    for (Path p : {Path::Plain, Path::Vnni}) {
+        if (p == Path::Vnni && !kt::cpuHasVnni()) continue;
+        kt::setPath(p);
+        std::vector<Kro8u> src(80), dst(80 + 8, 0xFF);
+        for (std::size_t i = 0; i < src.size(); ++i) src[i] = static_cast<Kro8u>(i * 7);
+        ASSERT_EQ(kroiRGBToYCbCr_8u_AC4R(src.data(), 80, dst.data(), 80, {20, 1}), kroOk);
+        for (int x = 0; x < 20; ++x) EXPECT_EQ(dst[4 * x + 3], p == Path::Plain && x >= 16 ? 0xFF : 0) << x;
+        for (int i = 80; i < 88; ++i) EXPECT_EQ(dst[i], 0xFF);
+    }
+}
+
+// Aligned planes take Short-P, unaligned ones Long: the same pixels may come
+// out 1 apart.
+TEST(Members, PlanarForwardByAlignment) {
+    const Px c = firstDifference(formShortP, formLong);
+    alignas(64) static Kro8u planes[6][2 * 64 + 16];
+    for (int i = 0; i < 3; ++i) std::fill(std::begin(planes[i]), std::end(planes[i]), (&c.a)[i]);
+    for (int shift : {0, 1}) {
+        const Kro8u* src[3] = {planes[0] + shift, planes[1], planes[2]};
+        Kro8u* dst[3] = {planes[3], planes[4], planes[5]};
+        ASSERT_EQ(kroiRGBToYCbCr_8u_P3R(src, 64, dst, 64, {32, 2}), kroOk);
+        const Px want = shift == 0 ? formShortP(c.a, c.b, c.c) : formLong(c.a, c.b, c.c);
+        for (int y = 0; y < 2; ++y)
+            for (int x = 0; x < 32; ++x)
+                ASSERT_TRUE(samePx({dst[0][64 * y + x], dst[1][64 * y + x], dst[2][64 * y + x]}, want))
+                    << "shift " << shift << " x=" << x;
+    }
+    const Px sp = formShortP(c.a, c.b, c.c), lg = formLong(c.a, c.b, c.c);
+    EXPECT_EQ(std::abs(sp.a - lg.a) + std::abs(sp.b - lg.b) + std::abs(sp.c - lg.c), 1);
+}
+
 }  // namespace
