@@ -648,4 +648,104 @@ TEST(Members, PlanarForwardByAlignment) {
     EXPECT_EQ(std::abs(sp.a - lg.a) + std::abs(sp.b - lg.b) + std::abs(sp.c - lg.c), 1);
 }
 
+// ---- overlapping planes: the long loops go one pixel at a time ---------------------------------
+
+// Planes placed at byte offsets of one buffer, so that some overlap.
+struct Arena {
+    std::vector<Kro8u> mem = kt::randomBytes(4096, 77);
+    Kro8u* at(std::size_t off) { return mem.data() + off; }
+};
+
+// What a row kernel must leave when its planes overlap: pixels [0, nb) are
+// read together and then written, as one vector block does; pixels [nb, w)
+// are each read and then written, one after the other.
+template <class Read, class Write>
+void expectedRow(int nb, int w, Form head, Form tail, Read read, Write write) {
+    std::vector<Px> in;
+    for (int x = 0; x < nb; ++x) in.push_back(read(x));
+    for (int x = 0; x < nb; ++x) write(x, head(in[x].a, in[x].b, in[x].c));
+    for (int x = nb; x < w; ++x) {
+        const Px v = read(x);
+        write(x, tail(v.a, v.b, v.c));
+    }
+}
+
+// The Y plane is the G plane moved by one byte: each Y written is the G of
+// the next pixel, so a pixel read after its neighbour was written sees a
+// value that a vector block would not have seen.
+TEST(Overlap, PlanarForwardLongGoesPixelByPixel) {
+    const int w = 21, h = 3, step = 40;
+    const std::size_t src[3] = {1, 201, 401}, dst[3] = {202, 601, 801};
+    Arena a, ref = a, naive = a;
+    for (Arena* r : {&ref, &naive})
+        for (int y = 0; y < h; ++y) {
+            auto rd = [&](int x) { return Px{r->mem[src[0] + y * step + x], r->mem[src[1] + y * step + x], r->mem[src[2] + y * step + x]}; };
+            auto wr = [&](int x, Px v) {
+                r->mem[dst[0] + y * step + x] = v.a;
+                r->mem[dst[1] + y * step + x] = v.b;
+                r->mem[dst[2] + y * step + x] = v.c;
+            };
+            expectedRow(r == &naive ? w : 0, w, formLong, formLong, rd, wr);
+        }
+    ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
+    const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
+    Kro8u* d3[3] = {a.at(dst[0]), a.at(dst[1]), a.at(dst[2])};
+    ASSERT_EQ(kroiRGBToYCbCr_8u_P3R(s3, step, d3, step, {w, h}), kroOk);
+    EXPECT_EQ(a.mem, ref.mem);
+}
+
+// The R plane is the Cb plane moved by one byte; only the last width & 3
+// pixels go one at a time.
+TEST(Overlap, PlanarInverseTailGoesPixelByPixel) {
+    const int w = 7, h = 2, step = 40;
+    const std::size_t src[3] = {0, 200, 400}, dst[3] = {201, 600, 800};
+    Arena a, ref = a, naive = a;
+    for (Arena* r : {&ref, &naive})
+        for (int y = 0; y < h; ++y) {
+            auto rd = [&](int x) { return Px{r->mem[src[0] + y * step + x], r->mem[src[1] + y * step + x], r->mem[src[2] + y * step + x]}; };
+            auto wr = [&](int x, Px v) {
+                r->mem[dst[0] + y * step + x] = v.a;
+                r->mem[dst[1] + y * step + x] = v.b;
+                r->mem[dst[2] + y * step + x] = v.c;
+            };
+            if (r == &ref) expectedRow(4, w, formShort16T, formLongB, rd, wr);
+            else {
+                expectedRow(4, 4, formShort16T, formLongB, rd, wr);
+                std::vector<Px> in;
+                for (int x = 4; x < w; ++x) in.push_back(rd(x));
+                for (int x = 4; x < w; ++x) wr(x, formLongB(in[x - 4].a, in[x - 4].b, in[x - 4].c));
+            }
+        }
+    ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
+    const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
+    Kro8u* d3[3] = {a.at(dst[0]), a.at(dst[1]), a.at(dst[2])};
+    ASSERT_EQ(kroiYCbCrToRGB_8u_P3R(s3, step, d3, step, {w, h}), kroOk);
+    EXPECT_EQ(a.mem, ref.mem);
+}
+
+// The Cr plane lies inside the destination row, so that writing pixel 8
+// changes the Cr of pixel 9.
+TEST(Overlap, PlanarToFourByteTailGoesPixelByPixel) {
+    const int w = 10;
+    const std::size_t d = 1000, src[3] = {0, 200, d + 24};
+    Arena a, ref = a, naive = a;
+    for (Arena* r : {&ref, &naive}) {
+        auto rd = [&](int x) { return Px{r->mem[src[0] + x], r->mem[src[1] + x], r->mem[src[2] + x]}; };
+        auto wr = [&](int x, Px v) {
+            Kro8u* q = r->mem.data() + d + 4 * x;
+            q[0] = v.a, q[1] = v.b, q[2] = v.c, q[3] = kAlpha;
+        };
+        expectedRow(8, r == &ref ? w : 8, formShort16R, formLongA, rd, wr);
+        if (r == &naive) {
+            const Px p8 = rd(8), p9 = rd(9);
+            wr(8, formLongA(p8.a, p8.b, p8.c));
+            wr(9, formLongA(p9.a, p9.b, p9.c));
+        }
+    }
+    ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
+    const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
+    ASSERT_EQ(kroiYCbCrToRGB_8u_P3C4R(s3, 40, a.at(d), 40, {w, 1}, kAlpha), kroOk);
+    EXPECT_EQ(a.mem, ref.mem);
+}
+
 }  // namespace
