@@ -172,24 +172,34 @@ KRO_INLINE KroStatus nullsThenSize(bool anyNullPointer, KroiSize roi) {
     return anyNullPointer ? kroErrNullPtr : badSize(roi) ? kroErrSize : kroOk;
 }
 
-}  // namespace
-
-KRO_ENTRY(kroiRGBToYCbCr_8u_C3R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
+// The forward interleaved members ask the feature question once, after their
+// checks, and hand the whole image to the kernel of the answer.
+using ImageKernel = void (*)(const Kro8u*, int, Kro8u*, int, int, int);
+KroStatus byPath(ImageKernel vnni, ImageKernel plain, const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep,
+                 KroiSize roi) {
     if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
-    if (hasVnni())
-        myRGBToYCbCr_8u_C3R_vnni(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
-    else
-        l9RGBToYCbCr_8u_C3R(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
+    (hasVnni() ? vnni : plain)(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
     return kroOk;
 }
 
-KRO_ENTRY(kroiRGBToYCbCr_8u_AC4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
-    if (hasVnni())
-        myRGBToYCbCr_8u_AC4R_vnni(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
-    else
-        l9RGBToYCbCr_8u_AC4R(pSrc, srcStep, pDst, dstStep, roi.width, roi.height);
+// The validation and row walk of the planar-to-interleaved members.
+template <bool Bgr>
+KroStatus planesToC3(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
+    if (const KroStatus st = nullsThenSize(anyNull(pSrc, pDst) || anyNullIn(pSrc, 3), roi)) return st;
+    walkRows(roi.height, [&](int y) {
+        innerYCbCrToRGB_8u_P3C3R<Bgr>(planesAt(pSrc, srcStep, y), rowAt(pDst, dstStep, y), roi.width);
+    });
     return kroOk;
+}
+
+}  // namespace
+
+KRO_ENTRY(kroiRGBToYCbCr_8u_C3R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
+    return byPath(myRGBToYCbCr_8u_C3R_vnni, l9RGBToYCbCr_8u_C3R, pSrc, srcStep, pDst, dstStep, roi);
+}
+
+KRO_ENTRY(kroiRGBToYCbCr_8u_AC4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
+    return byPath(myRGBToYCbCr_8u_AC4R_vnni, l9RGBToYCbCr_8u_AC4R, pSrc, srcStep, pDst, dstStep, roi);
 }
 
 KRO_ENTRY(kroiRGBToYCbCr_8u_C3P3R)(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roi) {
@@ -223,19 +233,11 @@ KRO_ENTRY(kroiYCbCrToRGB_8u_AC4R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, i
 }
 
 KRO_ENTRY(kroiYCbCrToRGB_8u_P3C3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (const KroStatus st = nullsThenSize(anyNull(pSrc, pDst) || anyNullIn(pSrc, 3), roi)) return st;
-    walkRows(roi.height, [&](int y) {
-        innerYCbCrToRGB_8u_P3C3R<false>(planesAt(pSrc, srcStep, y), rowAt(pDst, dstStep, y), roi.width);
-    });
-    return kroOk;
+    return planesToC3<false>(pSrc, srcStep, pDst, dstStep, roi);
 }
 
 KRO_ENTRY(kroiYCbCrToBGR_8u_P3C3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
-    if (const KroStatus st = nullsThenSize(anyNull(pSrc, pDst) || anyNullIn(pSrc, 3), roi)) return st;
-    walkRows(roi.height, [&](int y) {
-        innerYCbCrToRGB_8u_P3C3R<true>(planesAt(pSrc, srcStep, y), rowAt(pDst, dstStep, y), roi.width);
-    });
-    return kroOk;
+    return planesToC3<true>(pSrc, srcStep, pDst, dstStep, roi);
 }
 
 KRO_ENTRY(kroiYCbCrToRGB_8u_P3R)(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep,

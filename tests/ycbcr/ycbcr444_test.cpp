@@ -656,71 +656,69 @@ struct Arena {
     Kro8u* at(std::size_t off) { return mem.data() + off; }
 };
 
-// What a row kernel must leave when its planes overlap: pixels [0, nb) are
-// read together and then written, as one vector block does; pixels [nb, w)
-// are each read and then written, one after the other.
+// What a row kernel must leave when its planes overlap: a stretch of pixels
+// read together and then written, as one vector block does, or each pixel
+// read and then written, one after the other.
+struct Stretch {
+    int x0, x1;
+    Form form;
+    bool together;
+};
 template <class Read, class Write>
-void expectedRow(int nb, int w, Form head, Form tail, Read read, Write write) {
-    std::vector<Px> in;
-    for (int x = 0; x < nb; ++x) in.push_back(read(x));
-    for (int x = 0; x < nb; ++x) write(x, head(in[x].a, in[x].b, in[x].c));
-    for (int x = nb; x < w; ++x) {
-        const Px v = read(x);
-        write(x, tail(v.a, v.b, v.c));
+void expectedRow(const std::initializer_list<Stretch>& row, Read read, Write write) {
+    for (const Stretch& st : row) {
+        std::vector<Px> in;
+        for (int x = st.x0; x < st.x1; ++x) {
+            in.push_back(read(x));
+            if (!st.together) write(x, st.form(in.back().a, in.back().b, in.back().c));
+        }
+        if (st.together)
+            for (int x = st.x0; x < st.x1; ++x) write(x, st.form(in[x - st.x0].a, in[x - st.x0].b, in[x - st.x0].c));
     }
+}
+
+// Rows of three planes to three planes, at byte offsets of an arena.
+void expectedPlanar(Arena& r, const std::size_t (&src)[3], const std::size_t (&dst)[3], int step, int h,
+                    const std::initializer_list<Stretch>& row) {
+    for (int y = 0; y < h; ++y) {
+        auto at = [&](std::size_t off, int x) -> Kro8u& { return r.mem[off + y * step + x]; };
+        expectedRow(row, [&](int x) { return Px{at(src[0], x), at(src[1], x), at(src[2], x)}; },
+                    [&](int x, Px v) { at(dst[0], x) = v.a, at(dst[1], x) = v.b, at(dst[2], x) = v.c; });
+    }
+}
+
+using PlanarCall = KroStatus (*)(const Kro8u* const*, int, Kro8u* const*, int, KroiSize);
+
+// Runs a planar member on planes that overlap and compares the whole arena
+// with the stretches of `row`; `vectorRow` must give other bytes, or the
+// placement would not tell the loops apart.
+void checkPlanarOverlap(PlanarCall call, const std::size_t (&src)[3], const std::size_t (&dst)[3], int w, int h,
+                        std::initializer_list<Stretch> row, std::initializer_list<Stretch> vectorRow) {
+    const int step = 40;
+    Arena a, ref = a, naive = a;
+    expectedPlanar(ref, src, dst, step, h, row);
+    expectedPlanar(naive, src, dst, step, h, vectorRow);
+    ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
+    const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
+    Kro8u* d3[3] = {a.at(dst[0]), a.at(dst[1]), a.at(dst[2])};
+    ASSERT_EQ(call(s3, step, d3, step, {w, h}), kroOk);
+    EXPECT_EQ(a.mem, ref.mem);
 }
 
 // The Y plane is the G plane moved by one byte: each Y written is the G of
 // the next pixel, so a pixel read after its neighbour was written sees a
 // value that a vector block would not have seen.
 TEST(Overlap, PlanarForwardLongGoesPixelByPixel) {
-    const int w = 21, h = 3, step = 40;
-    const std::size_t src[3] = {1, 201, 401}, dst[3] = {202, 601, 801};
-    Arena a, ref = a, naive = a;
-    for (Arena* r : {&ref, &naive})
-        for (int y = 0; y < h; ++y) {
-            auto rd = [&](int x) { return Px{r->mem[src[0] + y * step + x], r->mem[src[1] + y * step + x], r->mem[src[2] + y * step + x]}; };
-            auto wr = [&](int x, Px v) {
-                r->mem[dst[0] + y * step + x] = v.a;
-                r->mem[dst[1] + y * step + x] = v.b;
-                r->mem[dst[2] + y * step + x] = v.c;
-            };
-            expectedRow(r == &naive ? w : 0, w, formLong, formLong, rd, wr);
-        }
-    ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
-    const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
-    Kro8u* d3[3] = {a.at(dst[0]), a.at(dst[1]), a.at(dst[2])};
-    ASSERT_EQ(kroiRGBToYCbCr_8u_P3R(s3, step, d3, step, {w, h}), kroOk);
-    EXPECT_EQ(a.mem, ref.mem);
+    checkPlanarOverlap(kroiRGBToYCbCr_8u_P3R, {1, 201, 401}, {202, 601, 801}, 21, 3, {{0, 21, formLong, false}},
+                       {{0, 21, formLong, true}});
 }
 
 // The R plane is the Cb plane moved by one byte; only the last width & 3
 // pixels go one at a time.
 TEST(Overlap, PlanarInverseTailGoesPixelByPixel) {
-    const int w = 7, h = 2, step = 40;
-    const std::size_t src[3] = {0, 200, 400}, dst[3] = {201, 600, 800};
-    Arena a, ref = a, naive = a;
-    for (Arena* r : {&ref, &naive})
-        for (int y = 0; y < h; ++y) {
-            auto rd = [&](int x) { return Px{r->mem[src[0] + y * step + x], r->mem[src[1] + y * step + x], r->mem[src[2] + y * step + x]}; };
-            auto wr = [&](int x, Px v) {
-                r->mem[dst[0] + y * step + x] = v.a;
-                r->mem[dst[1] + y * step + x] = v.b;
-                r->mem[dst[2] + y * step + x] = v.c;
-            };
-            if (r == &ref) expectedRow(4, w, formShort16T, formLongB, rd, wr);
-            else {
-                expectedRow(4, 4, formShort16T, formLongB, rd, wr);
-                std::vector<Px> in;
-                for (int x = 4; x < w; ++x) in.push_back(rd(x));
-                for (int x = 4; x < w; ++x) wr(x, formLongB(in[x - 4].a, in[x - 4].b, in[x - 4].c));
-            }
-        }
-    ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
-    const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
-    Kro8u* d3[3] = {a.at(dst[0]), a.at(dst[1]), a.at(dst[2])};
-    ASSERT_EQ(kroiYCbCrToRGB_8u_P3R(s3, step, d3, step, {w, h}), kroOk);
-    EXPECT_EQ(a.mem, ref.mem);
+    checkPlanarOverlap(kroiYCbCrToRGB_8u_P3R, {0, 200, 400}, {201, 600, 800}, 7, 2,
+                       {{0, 4, formShort16T, true}, {4, 7, formLongB, false}},
+                       {{0, 4, formShort16T, true}, {4, 7, formLongB, true}});
 }
 
 // The Cr plane lies inside the destination row, so that writing pixel 8
@@ -729,19 +727,13 @@ TEST(Overlap, PlanarToFourByteTailGoesPixelByPixel) {
     const int w = 10;
     const std::size_t d = 1000, src[3] = {0, 200, d + 24};
     Arena a, ref = a, naive = a;
-    for (Arena* r : {&ref, &naive}) {
-        auto rd = [&](int x) { return Px{r->mem[src[0] + x], r->mem[src[1] + x], r->mem[src[2] + x]}; };
-        auto wr = [&](int x, Px v) {
-            Kro8u* q = r->mem.data() + d + 4 * x;
-            q[0] = v.a, q[1] = v.b, q[2] = v.c, q[3] = kAlpha;
-        };
-        expectedRow(8, r == &ref ? w : 8, formShort16R, formLongA, rd, wr);
-        if (r == &naive) {
-            const Px p8 = rd(8), p9 = rd(9);
-            wr(8, formLongA(p8.a, p8.b, p8.c));
-            wr(9, formLongA(p9.a, p9.b, p9.c));
-        }
-    }
+    for (Arena* r : {&ref, &naive})
+        expectedRow({{0, 8, formShort16R, true}, {8, w, formLongA, r == &naive}},
+                    [&](int x) { return Px{r->mem[src[0] + x], r->mem[src[1] + x], r->mem[src[2] + x]}; },
+                    [&](int x, Px v) {
+                        Kro8u* q = r->at(d + 4 * x);
+                        q[0] = v.a, q[1] = v.b, q[2] = v.c, q[3] = kAlpha;
+                    });
     ASSERT_NE(ref.mem, naive.mem) << "the placement does not tell the two loops apart";
     const Kro8u* s3[3] = {a.at(src[0]), a.at(src[1]), a.at(src[2])};
     ASSERT_EQ(kroiYCbCrToRGB_8u_P3C4R(s3, 40, a.at(d), 40, {w, 1}, kAlpha), kroOk);
