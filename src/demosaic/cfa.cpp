@@ -37,10 +37,20 @@ struct Frame {
             frameColourSite(out(px, py), colour, up, mid, down, l, px, r);
     }
 
-    // Columns x0..x1 of row py between the rows `up` and `down`.
-    void rowSpan(const T* up, std::ptrdiff_t py, const T* down, int x0, int x1) const {
+    // Columns x0..x1 of row py between the rows `up` and `down`: the columns
+    // 2..W-3 by the vector row kernel, the others one by one.
+    void rowSpan(const T* up, int py, const T* down, int x0, int x1) const {
         const T* mid = row(py);
-        for (int px = x0; px <= x1; ++px) pixel(up, mid, down, mirrored(px - 1, W), px, mirrored(px + 1, W), py);
+        auto scalar = [&](int a, int b) {
+            for (int px = a; px <= b; ++px) pixel(up, mid, down, mirrored(px - 1, W), px, mirrored(px + 1, W), py);
+        };
+        const int v0 = std::max(x0, 2), v1 = std::min(x1, W - 3);
+        if (v0 > v1) return scalar(x0, x1);
+        scalar(x0, v0 - 1);
+        constexpr void (*spans[4])(const T*, const T*, const T*, T*, int) = {frameRowSpan<T, kBGGR>, frameRowSpan<T, kRGGB>,
+                                                                            frameRowSpan<T, kGBRG>, frameRowSpan<T, kGRBG>};
+        spans[cellAt(pattern, v0, py)](up + v0, mid + v0, down + v0, out(v0, py), v1 - v0 + 1);
+        scalar(v1 + 1, x1);
     }
 
     // Rows y0..y1 of column px between the columns l and r (rows 2..H-3 only).

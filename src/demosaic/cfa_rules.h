@@ -89,15 +89,14 @@ KRO_INLINE void frameColourSite(T* d, int own, const T* up, const T* mid, const 
     d[2 - own] = static_cast<T>(oppositeColour(up, down, l, r));
 }
 
-// A red or blue site of the interior, at p with rows `step` elements apart:
-// green by the gradient test.
+// A red or blue site of the interior at column x, given its row and the two
+// rows above and below it: green by the gradient test.
 template <class T>
-KRO_INLINE void interiorColourSite(T* d, int own, const T* p, std::ptrdiff_t step) {
-    const T* up = p - step;
-    const T* down = p + step;
-    d[own] = p[0];
-    d[kG] = static_cast<T>(greenByGradient(p[-2 * step], p[2 * step], p[-2], p[2], up[0], down[0], p[-1], p[1]));
-    d[2 - own] = static_cast<T>(oppositeColour(up, down, -1, 1));
+KRO_INLINE void interiorColourSite(T* d, int own, const T* up2, const T* up, const T* mid, const T* down, const T* down2,
+                                   std::ptrdiff_t x) {
+    d[own] = mid[x];
+    d[kG] = static_cast<T>(greenByGradient(up2[x], down2[x], mid[x - 2], mid[x + 2], up[x], down[x], mid[x - 1], mid[x + 1]));
+    d[2 - own] = static_cast<T>(oppositeColour(up, down, x - 1, x + 1));
 }
 
 }  // namespace k0::cfa

@@ -104,20 +104,22 @@ struct Interleaver {
                                          _mm512_shuffle_epi8(rgb[2], ctl[j][2]), 0xFE);
     }
 
-    KRO_INLINE void operator()(const __m512i (&rgb)[3], __m512i (&out)[3]) const {
+    KRO_INLINE void operator()(const __m512i (&rgb)[3], __m512i& o0, __m512i& o1, __m512i& o2) const {
         const __m512i c0 = chunk(0, rgb), c1 = chunk(1, rgb), c2 = chunk(2, rgb);
-        out[0] = _mm512_mask_permutexvar_epi64(_mm512_permutex2var_epi64(c0, pick01, c1), 0x30, pick2, c2);
-        out[1] = _mm512_mask_permutexvar_epi64(_mm512_permutex2var_epi64(c1, pick12, c2), 0x30, pick0, c0);
-        out[2] = _mm512_mask_permutexvar_epi64(_mm512_permutex2var_epi64(c0, pick01b, c1), 0xC3, pick2b, c2);
+        o0 = _mm512_mask_permutexvar_epi64(_mm512_permutex2var_epi64(c0, pick01, c1), 0x30, pick2, c2);
+        o1 = _mm512_mask_permutexvar_epi64(_mm512_permutex2var_epi64(c1, pick12, c2), 0x30, pick0, c0);
+        o2 = _mm512_mask_permutexvar_epi64(_mm512_permutex2var_epi64(c0, pick01b, c1), 0xC3, pick2b, c2);
     }
 };
 
-// ---- one interior row --------------------------------------------------------
+// ---- one row ------------------------------------------------------------------
 
-// The interior row whose red or blue sites (colour `own`) stand at columns of
-// parity `s` counted from the row's first pixel.
-template <class T, int s, int own>
-struct InteriorRow {
+// A span of one row whose red or blue sites (colour `own`) stand at columns
+// of parity `s` counted from its first pixel. With `gradient` it is a row of
+// the interior; without, a row of the frame between two rows, green at the
+// red and blue sites taken from all four neighbours.
+template <class T, int s, int own, bool gradient>
+struct SiteRow {
     using L = Lanes<T>;
     static constexpr typename L::Mask kSites = s == 0 ? L::kEven : static_cast<typename L::Mask>(L::kEven << 1);
 
@@ -134,57 +136,85 @@ struct InteriorRow {
     static KRO_INLINE void block(At&& at, __m512i (&rgb)[3]) {
         const __m512i c = at(0, 0), left = at(-1, 0), right = at(1, 0), up = at(0, -1), down = at(0, 1);
         const __m512i across = L::avg(left, right), upDown = L::avg(up, down);
-        const __m512i v = L::absDiff(at(0, -2), at(0, 2)), h = L::absDiff(at(-2, 0), at(2, 0));
-        const auto vLess = L::less(kSites, v, h), tie = L::equal(kSites, v, h);
-        __m512i g = L::blend(kSites, c, across);
-        g = L::blend(vLess, g, upDown);
-        g = L::blend(tie, g, mean4AtSites(left, right, up, down));
+        const __m512i four = mean4AtSites(left, right, up, down);
+        __m512i g;
+        if constexpr (gradient) {
+            const __m512i v = L::absDiff(at(0, -2), at(0, 2)), h = L::absDiff(at(-2, 0), at(2, 0));
+            g = L::blend(kSites, c, across);
+            g = L::blend(L::less(kSites, v, h), g, upDown);
+            g = L::blend(L::equal(kSites, v, h), g, four);
+        } else {
+            g = L::blend(kSites, c, four);
+        }
         rgb[kG] = g;
         rgb[own] = L::blend(kSites, across, c);
         rgb[2 - own] = L::blend(kSites, upDown, mean4AtSites(at(-1, -1), at(1, -1), at(-1, 1), at(1, 1)));
     }
 
-    // Row p (first interior pixel) of w pixels, rows `step` elements apart, to d.
-    static KRO_INLINE void run(const T* p, std::ptrdiff_t step, T* d, int w, const Interleaver<T>& weave) {
-        __m512i rgb[3], out[3];
+    // w pixels to d. rows[2 + dy] is the row dy below the span, at its first
+    // pixel; rows two away are read only with the gradient test.
+    static KRO_INLINE void run(const T* const* rows, T* d, int w, const Interleaver<T>& weave) {
+        __m512i rgb[3], o0, o1, o2;
         int x = 0;
         for (; x + L::kBlock <= w; x += L::kBlock) {
-            const T* q = p + x;
-            block([&](int dx, int dy) { return L::load(q + dy * step + dx); }, rgb);
-            weave(rgb, out);
-            for (int i = 0; i < 3; ++i) _mm512_storeu_si512(d + 3 * x + i * (64 / sizeof(T)), out[i]);
+            block([&](int dx, int dy) { return L::load(rows[2 + dy] + x + dx); }, rgb);
+            weave(rgb, o0, o1, o2);
+            T* q = d + 3 * x;
+            _mm512_storeu_si512(q, o0);
+            _mm512_storeu_si512(q + 64 / sizeof(T), o1);
+            _mm512_storeu_si512(q + 128 / sizeof(T), o2);
         }
         if (const int n = (w - x) & ~(L::kWhole - 1)) {
-            const T* q = p + x;
-            block([&](int dx, int dy) { return L::loadN(q + dy * step + dx, static_cast<unsigned>(n)); }, rgb);
-            weave(rgb, out);
+            block([&](int dx, int dy) { return L::loadN(rows[2 + dy] + x + dx, static_cast<unsigned>(n)); }, rgb);
+            weave(rgb, o0, o1, o2);
+            auto* q = reinterpret_cast<Kro8u*>(d + 3 * x);
             const unsigned bytes = 3 * sizeof(T) * static_cast<unsigned>(n);
-            for (unsigned i = 0; i < 3 && 64 * i < bytes; ++i)
-                storeN512(reinterpret_cast<Kro8u*>(d + 3 * x) + 64 * i, out[i], bytes - 64 * i);
+            storeN512(q, o0, bytes);
+            if (bytes > 64) storeN512(q + 64, o1, bytes - 64);
+            if (bytes > 128) storeN512(q + 128, o2, bytes - 128);
             x += n;
         }
-        const T* up = p - step;
-        const T* down = p + step;
-        for (int i = x + s; i < w; i += 2) interiorColourSite(d + 3 * i, own, p + i, step);
-        for (int i = x + 1 - s; i < w; i += 2) greenSite(d + 3 * i, own, up, p, down, i - 1, i, i + 1);
+        for (int i = x + s; i < w; i += 2) {
+            if constexpr (gradient)
+                interiorColourSite(d + 3 * i, own, rows[0], rows[1], rows[2], rows[3], rows[4], i);
+            else
+                frameColourSite(d + 3 * i, own, rows[1], rows[2], rows[3], i - 1, i, i + 1);
+        }
+        for (int i = x + 1 - s; i < w; i += 2) greenSite(d + 3 * i, own, rows[1], rows[2], rows[3], i - 1, i, i + 1);
     }
 };
+
+// The parity of the red or blue sites in row r (0 or 1) of a cell, and their colour.
+constexpr int siteParity(int cell, int r) { return kCellColours[cell][2 * r] == kG ? 1 : 0; }
+constexpr int siteColour(int cell, int r) { return kCellColours[cell][2 * r + siteParity(cell, r)]; }
 
 // The interior rectangle whose first pixel has the cell `cell`: rows in pairs,
 // the two rows of the cell, then a last row of an odd height by itself.
 template <class T, int cell>
 void bayerRect(const T* src, std::ptrdiff_t srcStep, int w, int h, T* dst, std::ptrdiff_t dstStep) {
-    constexpr const int* c = kCellColours[cell];
-    constexpr int s0 = c[0] == kG ? 1 : 0, s1 = c[2] == kG ? 1 : 0;
-    using Top = InteriorRow<T, s0, c[s0]>;
-    using Bottom = InteriorRow<T, s1, c[2 + s1]>;
+    using Top = SiteRow<T, siteParity(cell, 0), siteColour(cell, 0), true>;
+    using Bottom = SiteRow<T, siteParity(cell, 1), siteColour(cell, 1), true>;
     const Interleaver<T> weave;
+    auto row = [&](auto rowKind, int y) {
+        const T* p = src + y * srcStep;
+        const T* const rows[5] = {p - 2 * srcStep, p - srcStep, p, p + srcStep, p + 2 * srcStep};
+        decltype(rowKind)::run(rows, dst + y * dstStep, w, weave);
+    };
     int y = 0;
     for (; y + 2 <= h; y += 2) {
-        Top::run(src + y * srcStep, srcStep, dst + y * dstStep, w, weave);
-        Bottom::run(src + (y + 1) * srcStep, srcStep, dst + (y + 1) * dstStep, w, weave);
+        row(Top{}, y);
+        row(Bottom{}, y + 1);
     }
-    if (y < h) Top::run(src + y * srcStep, srcStep, dst + y * dstStep, w, weave);
+    if (y < h) row(Top{}, y);
+}
+
+// A span of a frame row between the rows `up` and `down`, whose first pixel
+// has the cell `cell`; it reads one column to each side of itself.
+template <class T, int cell>
+void frameRowSpan(const T* up, const T* mid, const T* down, T* dst, int w) {
+    const Interleaver<T> weave;
+    const T* const rows[5] = {nullptr, up, mid, down, nullptr};
+    SiteRow<T, siteParity(cell, 0), siteColour(cell, 0), false>::run(rows, dst, w, weave);
 }
 
 }  // namespace k0::cfa

@@ -295,14 +295,20 @@ TYPED_TEST(Cfa, DenseImagesAgainstGuardPages) {
         }
 }
 
-// The 16-bit function halves its byte steps by a shift: an odd step acts as
-// the even step below it.
+// The 16-bit function halves its byte steps by an arithmetic shift: an odd
+// step acts as the even step below it, upward steps included.
 TEST(Cfa16u, OddByteStepsLoseTheirLowBit) {
     const int W = 40, H = 9;
     Image<Kro16u> src(W, H, 1), even(W, H, 3), odd(W, H, 3);
     randomMosaic(src, 12);
     ASSERT_EQ(cfa(src.data(), {0, 0, W, H}, {W, H}, src.step(), even.data(), even.step(), 1), kroOk);
     ASSERT_EQ(cfa(src.data(), {0, 0, W, H}, {W, H}, src.step() + 1, odd.data(), odd.step() + 1, 1), kroOk);
+    EXPECT_EQ(even.c.region(), odd.c.region());
+    EXPECT_TRUE(odd.c.canariesIntact());
+
+    const Kro16u* last = &src.at(0, H - 1);
+    ASSERT_EQ(cfa(last, {0, 0, W, H}, {W, H}, -src.step(), &even.at(0, H - 1), -even.step(), 2), kroOk);
+    ASSERT_EQ(cfa(last, {0, 0, W, H}, {W, H}, -src.step() + 1, &odd.at(0, H - 1), -odd.step() + 1, 2), kroOk);
     EXPECT_EQ(even.c.region(), odd.c.region());
     EXPECT_TRUE(odd.c.canariesIntact());
 }
