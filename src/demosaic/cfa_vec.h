@@ -11,54 +11,54 @@
 // when they stand at odd columns.
 #pragma once
 #include <array>
+#include <type_traits>
 
 #include "demosaic/cfa_rules.h"
 #include "simd.h"
 
 namespace k0::cfa {
 
+// The element operations of 8-bit (64 a register) and 16-bit (32) samples,
+// and those of the pair lanes of twice the width.
 template <class T>
-struct Lanes;
+struct Lanes {
+    static constexpr bool k8 = sizeof(T) == 1;
+    using Mask = std::conditional_t<k8, __mmask64, __mmask32>;
+    static constexpr int kBlock = 64 / sizeof(T);  // pixels of a full block
+    static constexpr int kWhole = 16 / sizeof(T);  // the masked block rounds down to this
+    static constexpr Mask kEven = static_cast<Mask>(0x5555555555555555ULL);
 
-template <>
-struct Lanes<Kro8u> {
-    using Mask = __mmask64;
-    static constexpr int kBlock = 64;        // pixels of a full block
-    static constexpr int kWhole = 16;        // the masked block rounds down to this
-    static constexpr Mask kEven = 0x5555555555555555ULL;
-    static KRO_INLINE __m512i load(const Kro8u* p) { return _mm512_loadu_si512(p); }
-    static KRO_INLINE __m512i loadN(const Kro8u* p, unsigned n) { return _mm512_maskz_loadu_epi8(lowBits64(n), p); }
-    static KRO_INLINE __m512i avg(__m512i a, __m512i b) { return _mm512_avg_epu8(a, b); }
-    static KRO_INLINE __m512i absDiff(__m512i a, __m512i b) { return _mm512_sub_epi8(_mm512_max_epu8(a, b), _mm512_min_epu8(a, b)); }
-    static KRO_INLINE Mask less(Mask k, __m512i a, __m512i b) { return _mm512_mask_cmplt_epu8_mask(k, a, b); }
-    static KRO_INLINE Mask equal(Mask k, __m512i a, __m512i b) { return _mm512_mask_cmpeq_epu8_mask(k, a, b); }
-    static KRO_INLINE __m512i blend(Mask k, __m512i a, __m512i b) { return _mm512_mask_blend_epi8(k, a, b); }
-    // The pair lanes.
-    static KRO_INLINE __m512i lowOfPair(__m512i v) { return _mm512_and_si512(v, _mm512_set1_epi16(0xFF)); }
-    static KRO_INLINE __m512i highOfPair(__m512i v) { return _mm512_srli_epi16(v, 8); }
-    static KRO_INLINE __m512i pairAdd(__m512i a, __m512i b) { return _mm512_add_epi16(a, b); }
-    static KRO_INLINE __m512i pairQuarterRounded(__m512i s) { return _mm512_srli_epi16(_mm512_add_epi16(s, _mm512_set1_epi16(2)), 2); }
-    static KRO_INLINE __m512i toHighOfPair(__m512i v) { return _mm512_slli_epi16(v, 8); }
-};
+    static KRO_INLINE __m512i load(const T* p) { return _mm512_loadu_si512(p); }
+    static KRO_INLINE __m512i loadN(const T* p, unsigned n) { return loadN512(p, n * sizeof(T)); }
+    static KRO_INLINE __m512i avg(__m512i a, __m512i b) { return k8 ? _mm512_avg_epu8(a, b) : _mm512_avg_epu16(a, b); }
+    static KRO_INLINE __m512i absDiff(__m512i a, __m512i b) {
+        return k8 ? _mm512_sub_epi8(_mm512_max_epu8(a, b), _mm512_min_epu8(a, b))
+                  : _mm512_sub_epi16(_mm512_max_epu16(a, b), _mm512_min_epu16(a, b));
+    }
+    static KRO_INLINE Mask less(Mask k, __m512i a, __m512i b) {
+        if constexpr (k8) return _mm512_mask_cmplt_epu8_mask(k, a, b);
+        else return _mm512_mask_cmplt_epu16_mask(k, a, b);
+    }
+    static KRO_INLINE Mask equal(Mask k, __m512i a, __m512i b) {
+        if constexpr (k8) return _mm512_mask_cmpeq_epu8_mask(k, a, b);
+        else return _mm512_mask_cmpeq_epu16_mask(k, a, b);
+    }
+    static KRO_INLINE __m512i blend(Mask k, __m512i a, __m512i b) {
+        if constexpr (k8) return _mm512_mask_blend_epi8(k, a, b);
+        else return _mm512_mask_blend_epi16(k, a, b);
+    }
 
-template <>
-struct Lanes<Kro16u> {
-    using Mask = __mmask32;
-    static constexpr int kBlock = 32;
-    static constexpr int kWhole = 8;
-    static constexpr Mask kEven = 0x55555555u;
-    static KRO_INLINE __m512i load(const Kro16u* p) { return _mm512_loadu_si512(p); }
-    static KRO_INLINE __m512i loadN(const Kro16u* p, unsigned n) { return _mm512_maskz_loadu_epi16(lowBits32(n), p); }
-    static KRO_INLINE __m512i avg(__m512i a, __m512i b) { return _mm512_avg_epu16(a, b); }
-    static KRO_INLINE __m512i absDiff(__m512i a, __m512i b) { return _mm512_sub_epi16(_mm512_max_epu16(a, b), _mm512_min_epu16(a, b)); }
-    static KRO_INLINE Mask less(Mask k, __m512i a, __m512i b) { return _mm512_mask_cmplt_epu16_mask(k, a, b); }
-    static KRO_INLINE Mask equal(Mask k, __m512i a, __m512i b) { return _mm512_mask_cmpeq_epu16_mask(k, a, b); }
-    static KRO_INLINE __m512i blend(Mask k, __m512i a, __m512i b) { return _mm512_mask_blend_epi16(k, a, b); }
-    static KRO_INLINE __m512i lowOfPair(__m512i v) { return _mm512_and_si512(v, _mm512_set1_epi32(0xFFFF)); }
-    static KRO_INLINE __m512i highOfPair(__m512i v) { return _mm512_srli_epi32(v, 16); }
-    static KRO_INLINE __m512i pairAdd(__m512i a, __m512i b) { return _mm512_add_epi32(a, b); }
-    static KRO_INLINE __m512i pairQuarterRounded(__m512i s) { return _mm512_srli_epi32(_mm512_add_epi32(s, _mm512_set1_epi32(2)), 2); }
-    static KRO_INLINE __m512i toHighOfPair(__m512i v) { return _mm512_slli_epi32(v, 16); }
+    // Pair lanes: elements 2k and 2k + 1 as one lane of twice the width.
+    static constexpr int kHalf = 8 * sizeof(T);
+    static KRO_INLINE __m512i lowOfPair(__m512i v) { return _mm512_and_si512(v, _mm512_set1_epi32(k8 ? 0x00FF00FF : 0xFFFF)); }
+    static KRO_INLINE __m512i highOfPair(__m512i v) { return k8 ? _mm512_srli_epi16(v, kHalf) : _mm512_srli_epi32(v, kHalf); }
+    static KRO_INLINE __m512i toHighOfPair(__m512i v) { return k8 ? _mm512_slli_epi16(v, kHalf) : _mm512_slli_epi32(v, kHalf); }
+    static KRO_INLINE __m512i pairAdd(__m512i a, __m512i b) { return k8 ? _mm512_add_epi16(a, b) : _mm512_add_epi32(a, b); }
+    // (s + 2) >> 2 of pair-lane sums.
+    static KRO_INLINE __m512i pairQuarterRounded(__m512i s) {
+        return k8 ? _mm512_srli_epi16(_mm512_add_epi16(s, _mm512_set1_epi16(2)), 2)
+                  : _mm512_srli_epi32(_mm512_add_epi32(s, _mm512_set1_epi32(2)), 2);
+    }
 };
 
 // ---- three planes to interleaved R, G, B ------------------------------------
