@@ -15,7 +15,7 @@ using namespace cfa;
 
 // The whole image and the destination of the region; steps in elements.
 template <class T>
-struct Frame {
+struct Border {
     const T* img;
     std::ptrdiff_t step;
     int W, H;
@@ -61,26 +61,26 @@ struct Frame {
 
 // A frame row with a row above and a row below (rows 1 and H-2).
 template <class T>
-void ownBayerBrdHrz3(const Frame<T>& f, int py, int x0, int x1) {
+void ownBayerBrdHrz3(const Border<T>& f, int py, int x0, int x1) {
     f.rowSpan(f.row(py - 1), py, f.row(py + 1), x0, x1);
 }
 
 // An edge row (0 or H-1) from itself and its one neighbour row, which stands
 // on both sides.
 template <class T>
-void ownBayerBrdHrz2D(const Frame<T>& f, int py, int neighbour, int x0, int x1) {
+void ownBayerBrdHrz2D(const Border<T>& f, int py, int neighbour, int x0, int x1) {
     f.rowSpan(f.row(neighbour), py, f.row(neighbour), x0, x1);
 }
 
 // Frame column 1 or W-2 over the rows y0..y1.
 template <class T>
-void ownBayerBrdVrt3(const Frame<T>& f, int px, int y0, int y1) {
+void ownBayerBrdVrt3(const Border<T>& f, int px, int y0, int y1) {
     f.columnSpan(px - 1, px, px + 1, y0, y1);
 }
 
 // An edge column (0 or W-1) from itself and its one neighbour column.
 template <class T>
-void ownBayerBrdVrt2D(const Frame<T>& f, int px, int neighbour, int y0, int y1) {
+void ownBayerBrdVrt2D(const Border<T>& f, int px, int neighbour, int y0, int y1) {
     f.columnSpan(neighbour, px, neighbour, y0, y1);
 }
 
@@ -90,7 +90,7 @@ void ownBayerBrdVrt2D(const Frame<T>& f, int px, int neighbour, int y0, int y1) 
 template <class T>
 void ownBayerBorder(const T* img, int W, int H, std::ptrdiff_t step, int x, int y, int w, int h, T* dst,
                     std::ptrdiff_t dstStep, int pattern) {
-    const Frame<T> f{img, step, W, H, pattern, dst, dstStep, x, y};
+    const Border<T> f{img, step, W, H, pattern, dst, dstStep, x, y};
     const int x1 = x + w - 1, y1 = y + h - 1;
     const int r0 = std::max(y, 2), r1 = std::min(y1, H - 3);
     auto holdsRow = [&](int r) { return y <= r && r <= y1; };
