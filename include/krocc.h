@@ -234,6 +234,12 @@ KROAPI KroStatus kroiYCoCgToRGB_8u_P3C3R(const Kro8u* pSrc[3], int srcStep, Kro8
 
 /* ---------------------------------------------------------------- demosaicing */
 
+/* Bayer mosaic to interleaved R, G, B. pSrc is the top-left pixel of the whole
+ * srcSize image and grid names its 2x2 cell at (0,0); pDst takes the pixel of
+ * the region's top-left corner. A region running over the image is cut. */
+KROAPI KroStatus kroiCFAToRGB_8u_C1C3R(const Kro8u* pSrc, KroiRect srcRoi, KroiSize srcSize, int srcStep, Kro8u* pDst, int dstStep, BayerPattern grid);
+KROAPI KroStatus kroiCFAToRGB_16u_C1C3R(const Kro16u* pSrc, KroiRect srcRoi, KroiSize srcSize, int srcStep, Kro16u* pDst, int dstStep, BayerPattern grid);
+
 /* (end demosaicing) */
 
 #ifdef __cplusplus
