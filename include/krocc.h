@@ -106,6 +106,35 @@ KROAPI KroStatus kroiYUVToRGB_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kr
 
 /* ---------------------------------------------------------------- RGB <-> Y'UV 4:2:2 and 4:2:0 */
 
+/* 4:2:2: a cell is two neighbouring pixels of a row; chroma planes hold
+ * (width + 1) / 2 samples a row; C2 is Y0 U Y1 V. Forms without R have dense
+ * rows. */
+KROAPI KroStatus kroiRGBToYUV422_8u_C3C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV422_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV422_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV422_8u_C3P3(const Kro8u* pSrc, Kro8u* const pDst[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV422_8u_P3(const Kro8u* const pSrc[3], Kro8u* const pDst[3], KroiSize roiSize);
+KROAPI KroStatus kroiYUV422ToRGB_8u_C2C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV422ToRGB_8u_P3C3R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV422ToRGB_8u_P3AC4R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV422ToRGB_8u_P3R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV422ToRGB_8u_P3C3(const Kro8u* const pSrc[3], Kro8u* pDst, KroiSize roiSize);
+KROAPI KroStatus kroiYUV422ToRGB_8u_P3(const Kro8u* const pSrc[3], Kro8u* const pDst[3], KroiSize roiSize);
+
+/* 4:2:0: a cell is a 2x2 block; only whole cells are converted, and an odd
+ * width or height returns kroWarnOddSize after the work. */
+KROAPI KroStatus kroiRGBToYUV420_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV420_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV420_8u_P3(const Kro8u* const pSrc[3], Kro8u* const pDst[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYUV420_8u_C3P3(const Kro8u* pSrc, Kro8u* const pDst[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYUV420_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiYUV420ToRGB_8u_P3R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV420ToRGB_8u_P3C3R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV420ToRGB_8u_P3AC4R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV420ToBGR_8u_P3C3R(const Kro8u* const pSrc[3], const int srcStep[3], Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYUV420ToRGB_8u_P3(const Kro8u* const pSrc[3], Kro8u* const pDst[3], KroiSize roiSize);
+KROAPI KroStatus kroiYUV420ToRGB_8u_P3C3(const Kro8u* const pSrc[3], Kro8u* pDst, KroiSize roiSize);
+
 /* (end Y'UV 4:2:2 and 4:2:0) */
 
 /* ---------------------------------------------------------------- RGB <-> YCbCr 4:4:4 */
