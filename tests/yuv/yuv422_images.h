@@ -56,12 +56,17 @@ public:
             step[i] = canvases.back()->step();
         }
     }
-    // Dense planes that end right before an inaccessible page (less `trim`
-    // bytes at their end) or begin right after one.
-    Image(Lay l, int w_, int h_, kt::Guarded::Side side, int trim = 0)
+    // Dense planes that end right before an inaccessible page or begin right
+    // after one. With `dropOdd`, a full-resolution plane ends where its last
+    // whole 2x2 cell ends: the odd last row and the odd last pixel before it
+    // lie in the inaccessible page.
+    Image(Lay l, int w_, int h_, kt::Guarded::Side side, bool dropOdd = false)
         : lay(l), w(w_), h(h_), sizes(planeSizes(l, w_, h_)) {
         for (std::size_t i = 0; i < sizes.size(); ++i) {
-            const int bytes = std::max(0, sizes[i].rowBytes * sizes[i].rows - trim);
+            const int rb = sizes[i].rowBytes;
+            const int odd = dropOdd && sizes[i].rows == h ? (h & 1) * rb + (w & 1) * (rb / w) : 0;
+            const int bytes = std::max(0, rb * sizes[i].rows - odd);
+            cut.push_back(odd);
             guarded.push_back(std::make_unique<kt::Guarded>(bytes, side));
             p[i] = guarded.back()->data();
             step[i] = sizes[i].rowBytes;
@@ -74,11 +79,14 @@ public:
     Kro8u* const* out() { return nullArrays ? nullptr : p.data(); }
     const int* steps() const { return nullSteps ? nullptr : step.data(); }
 
+    // Bytes of plane i that exist, row after row.
+    std::size_t count(int i) const {
+        return static_cast<std::size_t>(sizes[i].rowBytes) * sizes[i].rows - (cut.empty() ? 0 : cut[i]);
+    }
     template <class F>
     void each(F f) const {
         for (int i = 0; i < planes(); ++i)
-            for (int y = 0; y < sizes[i].rows; ++y)
-                for (int x = 0; x < sizes[i].rowBytes; ++x) f(i, x, y);
+            for (std::size_t k = 0; k < count(i); ++k) f(i, static_cast<int>(k % sizes[i].rowBytes), static_cast<int>(k / sizes[i].rowBytes));
     }
     void randomize(uint32_t seed) {
         std::mt19937 g(seed);
@@ -92,8 +100,9 @@ public:
     Bytes bytes() const {
         Bytes b(planes());
         for (int i = 0; i < planes(); ++i) {
-            b[i].reserve(static_cast<std::size_t>(sizes[i].rowBytes) * sizes[i].rows);
-            for (int y = 0; y < sizes[i].rows; ++y) b[i].insert(b[i].end(), &at(i, 0, y), &at(i, 0, y) + sizes[i].rowBytes);
+            const std::size_t rb = sizes[i].rowBytes, n = count(i);
+            b[i].reserve(n);
+            for (std::size_t k = 0; k < n; k += rb) b[i].insert(b[i].end(), &at(i, 0, k / rb), &at(i, 0, k / rb) + std::min(rb, n - k));
         }
         return b;
     }
@@ -109,6 +118,7 @@ private:
     std::vector<PlaneSize> sizes;
     std::vector<std::unique_ptr<kt::Canvas>> canvases;
     std::vector<std::unique_ptr<kt::Guarded>> guarded;
+    std::vector<int> cut;  // bytes left out at the end of each guarded plane
 };
 
 // The bytes a call should leave in a destination: -1 where it keeps what it held.
