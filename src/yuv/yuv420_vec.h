@@ -17,19 +17,24 @@ KRO_INLINE __m512i cellSum32(const __m512i (&top)[2], const __m512i (&bot)[2]) {
     return _mm512_add_epi32(_mm512_add_epi32(top[0], top[1]), _mm512_add_epi32(bot[0], bot[1]));
 }
 
+// A luma term of each pixel of the cells, into l, and the Y it gives.
+template <auto luma, class ToY>
+KRO_INLINE void vecQuadLuma(const RgbQuad& q, YuvQuad& o, __m512i (&l)[2][2], ToY toY) {
+    for (int r = 0; r < 2; ++r)
+        for (int i = 0; i < 2; ++i) {
+            const RgbCells& c = q.row[r];
+            l[r][i] = luma(c.r[i], c.g[i], c.b[i]);
+            o.y[r][i] = toY(l[r][i]);
+        }
+}
+
 // K1, dwords.
 KRO_INLINE YuvQuad vecK1(const RgbQuad& q) {
     using namespace d32;
     YuvQuad o;
-    __m512i ss = _mm512_setzero_si512();
-    for (int r = 0; r < 2; ++r)
-        for (int i = 0; i < 2; ++i) {
-            const RgbCells& c = q.row[r];
-            const __m512i s = lumaS(c.r[i], c.g[i], c.b[i]);
-            o.y[r][i] = sra(s, 16);
-            ss = add(ss, s);
-        }
-    const __m512i bias = sub(k(131071), ss);
+    __m512i s[2][2];
+    vecQuadLuma<lumaS>(q, o, s, [](__m512i x) { return sra(x, 16); });
+    const __m512i bias = sub(k(131071), cellSum32(s[0], s[1]));
     const __m512i bu = sra(add(shl(cellSum32(q.row[0].b, q.row[1].b), 16), bias), 16);
     const __m512i rv = sra(add(shl(cellSum32(q.row[0].r, q.row[1].r), 16), bias), 16);
     o.u = add(sra(mul(32244, bu), 18), k(128));
@@ -37,18 +42,19 @@ KRO_INLINE YuvQuad vecK1(const RgbQuad& q) {
     return o;
 }
 
+// The 14-bit luma sum of K2.
+KRO_INLINE __m512i vecLumaS14(__m512i r, __m512i g, __m512i b) {
+    using namespace d32;
+    return add(add(mul(4899, r), mul(9617, g)), mul(1868, b));
+}
+
 // K2, dwords.
 KRO_INLINE YuvQuad vecK2(const RgbQuad& q) {
     using namespace d32;
     YuvQuad o;
-    __m512i ss = _mm512_setzero_si512();
-    for (int r = 0; r < 2; ++r)
-        for (int i = 0; i < 2; ++i) {
-            const RgbCells& c = q.row[r];
-            const __m512i s = add(add(mul(4899, c.r[i]), mul(9617, c.g[i])), mul(1868, c.b[i]));
-            o.y[r][i] = sra(add(s, k(2)), 14);
-            ss = add(ss, s);
-        }
+    __m512i s[2][2];
+    vecQuadLuma<vecLumaS14>(q, o, s, [](__m512i x) { return sra(add(x, k(2)), 14); });
+    const __m512i ss = cellSum32(s[0], s[1]);
     const __m512i bu = sra(sub(shl(cellSum32(q.row[0].b, q.row[1].b), 14), ss), 14);
     const __m512i rv = sra(sub(shl(cellSum32(q.row[0].r, q.row[1].r), 14), ss), 14);
     o.u = add(sra(mul(8061, bu), 16), k(128));
@@ -62,12 +68,7 @@ KRO_INLINE YuvQuad vecK3(const RgbQuad& q) {
     using namespace w16;
     YuvQuad o;
     __m512i p[2][2];
-    for (int r = 0; r < 2; ++r)
-        for (int i = 0; i < 2; ++i) {
-            const RgbCells& c = q.row[r];
-            p[r][i] = vecLumaP(c.r[i], c.g[i], c.b[i]);
-            o.y[r][i] = pack(sra(p[r][i], 6));
-        }
+    vecQuadLuma<vecLumaP>(q, o, p, [](__m512i x) { return pack(sra(x, 6)); });
     const __m512i half = _mm512_srli_epi16(cellSum16(p[0], p[1]), 1);
     o.u = pack(add(sra(h(8061, sub(shl(cellSum16(q.row[0].b, q.row[1].b), 5), half)), 6), k(128)));
     o.v = pack(add(sra(h(14369, sub(shl(cellSum16(q.row[0].r, q.row[1].r), 5), half)), 6), k(128)));
@@ -79,12 +80,7 @@ KRO_INLINE YuvQuad vecK4(const RgbQuad& q) {
     using namespace w16;
     YuvQuad o;
     __m512i w[2][2];
-    for (int r = 0; r < 2; ++r)
-        for (int i = 0; i < 2; ++i) {
-            const RgbCells& c = q.row[r];
-            w[r][i] = vecLumaW4(c.r[i], c.g[i], c.b[i]);
-            o.y[r][i] = sra(w[r][i], 1);
-        }
+    vecQuadLuma<vecLumaW4>(q, o, w, [](__m512i x) { return sra(x, 1); });
     const __m512i quarter = sra(cellSum16(w[0], w[1]), 2);
     o.u = pack(add(m(16121, sub(sra(shl(cellSum16(q.row[0].b, q.row[1].b), 2), 3), quarter)), k(128)));
     o.v = pack(add(m(28737, sub(sra(shl(cellSum16(q.row[0].r, q.row[1].r), 2), 3), quarter)), k(128)));

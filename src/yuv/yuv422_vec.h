@@ -52,6 +52,17 @@ KRO_INLINE __m512i lumaS(__m512i r, __m512i g, __m512i b) { return add(add(mul(1
 
 // ---- forward block forms, words ----------------------------------------------------
 
+// A luma term of each pixel of the cells, into l, and the Y it gives.
+template <auto luma, class ToY>
+KRO_INLINE void vecPairLuma(const RgbCells& s, YuvCells& o, __m512i (&l)[2], ToY toY) {
+    for (int i = 0; i < 2; ++i) {
+        l[i] = luma(s.r[i], s.g[i], s.b[i]);
+        o.y[i] = toY(l[i]);
+    }
+}
+KRO_INLINE __m512i pairSum16(const __m512i (&x)[2]) { return _mm512_add_epi16(x[0], x[1]); }
+
+// W of G1 and G2: R and G in one 14-bit product sum, B in another.
 KRO_INLINE __m512i vecLumaW14(__m512i r, __m512i g, __m512i b) {
     using namespace w16;
     return add(madd14(r, 9798, g, 19235), madd14(b, 3736, _mm512_setzero_si512(), 0));
@@ -60,27 +71,25 @@ KRO_INLINE __m512i vecLumaW14(__m512i r, __m512i g, __m512i b) {
 // Chroma of G1 and G2 from the halved pair sum t.
 KRO_INLINE void vecChromaG12(const RgbCells& s, __m512i t, YuvCells& o) {
     using namespace w16;
-    o.u = pack(add(m(16121, sub(add(s.b[0], s.b[1]), t)), k(128)));
-    o.v = pack(add(m(28737, sub(add(s.r[0], s.r[1]), t)), k(128)));
+    o.u = pack(add(m(16121, sub(pairSum16(s.b), t)), k(128)));
+    o.v = pack(add(m(28737, sub(pairSum16(s.r), t)), k(128)));
 }
 
 KRO_INLINE YuvCells vecG1(const RgbCells& s) {
     using namespace w16;
-    const __m512i w0 = vecLumaW14(s.r[0], s.g[0], s.b[0]), w1 = vecLumaW14(s.r[1], s.g[1], s.b[1]);
     YuvCells o;
-    o.y[0] = sra(add(w0, k(1)), 1);
-    o.y[1] = sra(add(w1, k(1)), 1);
-    vecChromaG12(s, sra(add(add(w0, w1), k(2)), 1), o);
+    __m512i w[2];
+    vecPairLuma<vecLumaW14>(s, o, w, [](__m512i x) { return sra(add(x, k(1)), 1); });
+    vecChromaG12(s, sra(add(pairSum16(w), k(2)), 1), o);
     return o;
 }
 
 KRO_INLINE YuvCells vecG2(const RgbCells& s) {
     using namespace w16;
-    const __m512i w0 = vecLumaW14(s.r[0], s.g[0], s.b[0]), w1 = vecLumaW14(s.r[1], s.g[1], s.b[1]);
     YuvCells o;
-    o.y[0] = sra(w0, 1);
-    o.y[1] = sra(w1, 1);
-    vecChromaG12(s, sra(add(w0, w1), 1), o);
+    __m512i w[2];
+    vecPairLuma<vecLumaW14>(s, o, w, [](__m512i x) { return sra(x, 1); });
+    vecChromaG12(s, sra(pairSum16(w), 1), o);
     return o;
 }
 
@@ -92,13 +101,12 @@ KRO_INLINE __m512i vecLumaP(__m512i r, __m512i g, __m512i b) {
 
 KRO_INLINE YuvCells vecG3(const RgbCells& s) {
     using namespace w16;
-    const __m512i p0 = vecLumaP(s.r[0], s.g[0], s.b[0]), p1 = vecLumaP(s.r[1], s.g[1], s.b[1]);
-    const __m512i t = add(p0, p1);
     YuvCells o;
-    o.y[0] = pack(sra(p0, 6));
-    o.y[1] = pack(sra(p1, 6));
-    o.u = pack(add(sra(h(8061, sub(shl(add(s.b[0], s.b[1]), 6), t)), 6), k(128)));
-    o.v = pack(add(sra(h(14369, sub(shl(add(s.r[0], s.r[1]), 6), t)), 6), k(128)));
+    __m512i p[2];
+    vecPairLuma<vecLumaP>(s, o, p, [](__m512i x) { return pack(sra(x, 6)); });
+    const __m512i t = pairSum16(p);
+    o.u = pack(add(sra(h(8061, sub(shl(pairSum16(s.b), 6), t)), 6), k(128)));
+    o.v = pack(add(sra(h(14369, sub(shl(pairSum16(s.r), 6), t)), 6), k(128)));
     return o;
 }
 
@@ -110,13 +118,12 @@ KRO_INLINE __m512i vecLumaW4(__m512i r, __m512i g, __m512i b) {
 
 KRO_INLINE YuvCells vecG4(const RgbCells& s) {
     using namespace w16;
-    const __m512i w0 = vecLumaW4(s.r[0], s.g[0], s.b[0]), w1 = vecLumaW4(s.r[1], s.g[1], s.b[1]);
-    const __m512i t = add(w0, w1);
     YuvCells o;
-    o.y[0] = sra(w0, 1);
-    o.y[1] = sra(w1, 1);
-    o.u = pack(add(sra(m(16121, sub(shl(add(s.b[0], s.b[1]), 1), t)), 1), k(128)));
-    o.v = pack(add(sra(m(28737, sub(shl(add(s.r[0], s.r[1]), 1), t)), 1), k(128)));
+    __m512i w[2];
+    vecPairLuma<vecLumaW4>(s, o, w, [](__m512i x) { return sra(x, 1); });
+    const __m512i t = pairSum16(w);
+    o.u = pack(add(sra(m(16121, sub(shl(pairSum16(s.b), 1), t)), 1), k(128)));
+    o.v = pack(add(sra(m(28737, sub(shl(pairSum16(s.r), 1), t)), 1), k(128)));
     return o;
 }
 
@@ -126,13 +133,12 @@ KRO_INLINE YuvCells vecG4(const RgbCells& s) {
 template <int yr, int cr>
 KRO_INLINE YuvCells vecPairH(const RgbCells& s) {
     using namespace d32;
-    const __m512i s0 = lumaS(s.r[0], s.g[0], s.b[0]), s1 = lumaS(s.r[1], s.g[1], s.b[1]);
-    const __m512i a = sub(k(cr), add(s0, s1));
+    YuvCells o;
+    __m512i l[2];
+    vecPairLuma<lumaS>(s, o, l, [](__m512i x) { return sra(add(x, k(yr)), 16); });
+    const __m512i a = sub(k(cr), add(l[0], l[1]));
     const __m512i bu = sra(add(shl(add(s.b[0], s.b[1]), 16), a), 16);
     const __m512i rv = sra(add(shl(add(s.r[0], s.r[1]), 16), a), 16);
-    YuvCells o;
-    o.y[0] = sra(add(s0, k(yr)), 16);
-    o.y[1] = sra(add(s1, k(yr)), 16);
     o.u = add(sra(mul(32244, bu), 17), k(128));
     o.v = clamp(add(sra(mul(57475, rv), 17), k(128)));
     return o;

@@ -11,7 +11,6 @@ namespace {
 using namespace yt;
 using k0::yuv::Cell4;
 
-using Call = std::function<KroStatus(Image& s, Image& d, KroiSize)>;
 using CellForm = Cell4 (*)(Px, Px, Px, Px);
 using PixelForm = Px (*)(int, int, int);
 
@@ -107,11 +106,7 @@ const std::vector<Member>& members() {
     return all;
 }
 
-const Member& member(const std::string& name) {
-    for (const Member& m : members())
-        if (name == m.name) return m;
-    throw std::logic_error(name);
-}
+const Member& member(const std::string& name) { return byName(members(), name); }
 
 // ---- the region, by cell ------------------------------------------------------------------------
 
@@ -152,32 +147,7 @@ TEST(Members, NegativeStepsAndTheUnreadOddRowAndColumn) {
 // ---- validation -------------------------------------------------------------------------------
 
 TEST(Validation, PointersThenSizeThenPlaneMembersAndNothingWritten) {
-    for (const Member& m : members()) {
-        Image s(m.in, 6, 4), d(m.out, 6, 4);
-        const Bytes before = d.bytes();
-        for (KroiSize bad : {KroiSize{0, 4}, KroiSize{6, 0}, KroiSize{-3, -3}}) EXPECT_EQ(m.call(s, d, bad), kroErrSize) << m.name;
-        for (KroiSize bad : {KroiSize{1, 4}, KroiSize{6, 1}}) {
-            if (m.minSize == 2) EXPECT_EQ(m.call(s, d, bad), kroErrSize) << m.name;
-        }
-        for (Image* im : {&s, &d}) {
-            im->nullArrays = true;
-            if (im->planes() > 1) {
-                EXPECT_EQ(m.call(s, d, {-1, 4}), kroErrNullPtr) << m.name;
-            }
-            im->nullArrays = false;
-            im->nullSteps = true;  // the arrays of steps of the planar Y'UV side
-            if (im->lay == Lay::Yuv420 && !m.dense) {
-                EXPECT_EQ(m.call(s, d, {-1, 4}), kroErrNullPtr) << m.name;
-            }
-            im->nullSteps = false;
-            Kro8u* keep = im->p[im->planes() - 1];
-            im->p[im->planes() - 1] = nullptr;
-            EXPECT_EQ(m.call(s, d, {m.minSize - 1, 4}), im->planes() > 1 ? kroErrSize : kroErrNullPtr) << m.name;
-            EXPECT_EQ(m.call(s, d, {6, 4}), kroErrNullPtr) << m.name;
-            im->p[im->planes() - 1] = keep;
-        }
-        EXPECT_EQ(d.bytes(), before) << m.name << " wrote on a failed call";
-    }
+    for (const Member& m : members()) checkValidation(m.name, m.in, m.out, m.call, !m.dense, m.minSize);
 }
 
 // ---- every vector stage against its scalar form -----------------------------------------------------

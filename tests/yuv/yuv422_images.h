@@ -4,6 +4,8 @@
 #pragma once
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <string>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -199,6 +201,47 @@ inline bool aligned16(const Image& a, const Image& b) {
     for (const Image* im : {&a, &b})
         for (int i = 0; i < im->planes(); ++i) bits |= reinterpret_cast<uintptr_t>(im->p[i]) | static_cast<unsigned>(im->step[i]);
     return (bits & 15) == 0;
+}
+
+using Call = std::function<KroStatus(Image& s, Image& d, KroiSize)>;
+
+// Validation of a member: the null pointers of the call first (the plane
+// arrays, the arrays of steps of a planar Y'UV side where the member has
+// them, single pointers), then a size below `minSize`, then the members of
+// the plane arrays; and a failed call writes nothing.
+inline void checkValidation(const char* name, Lay in, Lay out, const Call& call, bool stepArrays, int minSize) {
+    Image s(in, 6, 4), d(out, 6, 4);
+    const Bytes before = d.bytes();
+    for (KroiSize bad : {KroiSize{0, 4}, KroiSize{6, 0}, KroiSize{-3, -3}, KroiSize{minSize - 1, 4}, KroiSize{6, minSize - 1}})
+        EXPECT_EQ(call(s, d, bad), kroErrSize) << name;
+    for (Image* im : {&s, &d}) {
+        const bool planar = im->planes() > 1, yuvSteps = stepArrays && (im->lay == Lay::Yuv422 || im->lay == Lay::Yuv420);
+        im->nullArrays = true;
+        if (planar) {
+            EXPECT_EQ(call(s, d, {-1, 4}), kroErrNullPtr) << name << " null plane array";
+        }
+        im->nullArrays = false;
+        im->nullSteps = true;
+        if (yuvSteps) {
+            EXPECT_EQ(call(s, d, {-1, 4}), kroErrNullPtr) << name << " null step array";
+        }
+        im->nullSteps = false;
+        Kro8u*& last = im->p[im->planes() - 1];
+        Kro8u* const keep = last;
+        last = nullptr;
+        EXPECT_EQ(call(s, d, {minSize - 1, 4}), planar ? kroErrSize : kroErrNullPtr) << name;
+        EXPECT_EQ(call(s, d, {6, 4}), kroErrNullPtr) << name;
+        last = keep;
+    }
+    EXPECT_EQ(d.bytes(), before) << name << " wrote on a failed call";
+}
+
+// The member of a list by its name.
+template <class M>
+const M& byName(const std::vector<M>& all, const std::string& name) {
+    for (const M& m : all)
+        if (name == m.name) return m;
+    throw std::logic_error(name);
 }
 
 }  // namespace yt

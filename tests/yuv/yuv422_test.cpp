@@ -12,7 +12,6 @@ namespace {
 using namespace yt;
 using k0::yuv::Cell2;
 
-using Call = std::function<KroStatus(Image& s, Image& d, KroiSize)>;
 using CellForm = Cell2 (*)(Px, Px);
 using PixelForm = Px (*)(int, int, int);
 
@@ -23,7 +22,6 @@ struct Member {
     Lay in, out;
     Call call;
     int blockMask;
-    bool dense = false;  // a form without steps
     CellForm fBlock = nullptr, fPair = nullptr, fBlockAl = nullptr, fPairAl = nullptr;
     Px (*fLast)(Px) = nullptr;
     PixelForm iBlock = nullptr, iPair = nullptr, iLast = nullptr;
@@ -123,11 +121,7 @@ const std::vector<Member>& members() {
     return all;
 }
 
-const Member& member(const std::string& name) {
-    for (const Member& m : members())
-        if (name == m.name) return m;
-    throw std::logic_error(name);
-}
+const Member& member(const std::string& name) { return byName(members(), name); }
 
 // ---- the members with steps ---------------------------------------------------------------
 
@@ -190,16 +184,17 @@ TEST(Members, LastPixelOfTheTwoByteSourceTakesItsVFromTheByteBefore) {
 // ---- the forms without steps ----------------------------------------------------------------
 
 struct Dense {
+    const char* name;
     const char* of;  // the member with steps whose kernel serves
     std::function<KroStatus(Image&, Image&, KroiSize)> call;
 };
 
 const std::vector<Dense>& denseMembers() {
     static const std::vector<Dense> d = {
-        {"RGBToYUV422_C3P3R", [](Image& s, Image& o, KroiSize r) { return kroiRGBToYUV422_8u_C3P3(s.p[0], o.out(), r); }},
-        {"RGBToYUV422_P3R", [](Image& s, Image& o, KroiSize r) { return kroiRGBToYUV422_8u_P3(s.in(), o.out(), r); }},
-        {"YUV422ToRGB_P3C3R", [](Image& s, Image& o, KroiSize r) { return kroiYUV422ToRGB_8u_P3C3(s.in(), o.p[0], r); }},
-        {"YUV422ToRGB_P3R", [](Image& s, Image& o, KroiSize r) { return kroiYUV422ToRGB_8u_P3(s.in(), o.out(), r); }},
+        {"RGBToYUV422_C3P3", "RGBToYUV422_C3P3R", [](Image& s, Image& o, KroiSize r) { return kroiRGBToYUV422_8u_C3P3(s.p[0], o.out(), r); }},
+        {"RGBToYUV422_P3", "RGBToYUV422_P3R", [](Image& s, Image& o, KroiSize r) { return kroiRGBToYUV422_8u_P3(s.in(), o.out(), r); }},
+        {"YUV422ToRGB_P3C3", "YUV422ToRGB_P3C3R", [](Image& s, Image& o, KroiSize r) { return kroiYUV422ToRGB_8u_P3C3(s.in(), o.p[0], r); }},
+        {"YUV422ToRGB_P3", "YUV422ToRGB_P3R", [](Image& s, Image& o, KroiSize r) { return kroiYUV422ToRGB_8u_P3(s.in(), o.out(), r); }},
     };
     return d;
 }
@@ -210,6 +205,7 @@ const std::vector<Dense>& denseMembers() {
 TEST(WithoutSteps, OneLongRowOrDenseRows) {
     for (const Dense& dm : denseMembers()) {
         Member m = member(dm.of);
+        m.name = dm.name;
         m.call = dm.call;
         for (KroiSize r : {KroiSize{16, 16}, KroiSize{2, 129}, KroiSize{18, 15}, KroiSize{32, 8}, KroiSize{15, 20},
                            KroiSize{10, 10}, KroiSize{32, 7}, KroiSize{1, 300}, KroiSize{7, 1}, KroiSize{2, 127}}) {
@@ -235,35 +231,8 @@ TEST(WithoutSteps, OneLongRowOrDenseRows) {
 // ---- validation ------------------------------------------------------------------------------
 
 TEST(Validation, PointersThenSizeThenPlaneMembersAndNothingWritten) {
-    std::vector<Member> all = members();
-    for (const Dense& dm : denseMembers()) {
-        all.push_back(member(dm.of));
-        all.back().call = dm.call;
-        all.back().dense = true;
-    }
-    for (const Member& m : all) {
-        Image s(m.in, 6, 2), d(m.out, 6, 2);
-        const Bytes before = d.bytes();
-        for (KroiSize bad : {KroiSize{0, 2}, KroiSize{6, 0}, KroiSize{-3, -3}}) EXPECT_EQ(m.call(s, d, bad), kroErrSize) << m.name;
-        for (Image* im : {&s, &d}) {
-            im->nullArrays = true;  // the arrays themselves, then the arrays of steps alone
-            if (im->planes() > 1) {
-                EXPECT_EQ(m.call(s, d, {-1, 2}), kroErrNullPtr) << m.name;
-            }
-            im->nullArrays = false;
-            im->nullSteps = true;
-            if (im->lay == Lay::Yuv422 && !m.dense) {
-                EXPECT_EQ(m.call(s, d, {-1, 2}), kroErrNullPtr) << m.name;
-            }
-            im->nullSteps = false;
-            Kro8u* keep = im->p[im->planes() - 1];
-            im->p[im->planes() - 1] = nullptr;  // a pointer argument, or the last member of a plane array
-            EXPECT_EQ(m.call(s, d, {-1, 2}), im->planes() > 1 ? kroErrSize : kroErrNullPtr) << m.name;
-            EXPECT_EQ(m.call(s, d, {6, 2}), kroErrNullPtr) << m.name;
-            im->p[im->planes() - 1] = keep;
-        }
-        EXPECT_EQ(d.bytes(), before) << m.name << " wrote on a failed call";
-    }
+    for (const Member& m : members()) checkValidation(m.name, m.in, m.out, m.call, true, 1);
+    for (const Dense& dm : denseMembers()) checkValidation(dm.name, member(dm.of).in, member(dm.of).out, dm.call, false, 1);
 }
 
 // ---- every vector stage against its scalar form -------------------------------------------------
