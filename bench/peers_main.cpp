@@ -222,7 +222,7 @@ void writeTable(const std::string& path, const Cases& cs, const Collector& col) 
                 missedCopy += !met;
             }
             o << "| " << c.name << " | " << resName(r) << " | " << fmt(ours) << " | " << (best.empty() ? "-" : best)
-              << " | " << fmt(bestNs) << " | " << fmt(rp, "%.2f") << " | " << fmt(rc, "%.2f") << " | "
+              << " | " << fmt(bestNs) << " | " << fmt(rp) << " | " << fmt(rc) << " | "
               << (targets.empty() ? "-" : targets) << " |\n";
         }
 
