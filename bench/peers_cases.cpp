@@ -344,6 +344,8 @@ Cases buildCases() {
     CASE(kroiYCbCr422ToRGB_8u_P3C3R, I422, RGB, in.planes(), in.steps(), out.ptr(0), out.s(0), roi);
     LY(I422ToRAW, I422, RGB, A_P3(i), A_C(o), w, h);
     SWS(YUV422P, I422, RGB24, RGB);
+    CASE(kroiYCbCr420ToBGR_709CSC_8u_P3C3R, I420, RGB, in.planes(), in.steps(), out.ptr(0), out.s(0), roi);
+    LY(H420ToRGB24, I420, RGB, A_P3(i), A_C(o), w, h);
 
     // Chroma layouts
     CASE(kroiYCbCr422ToYCbCr420_8u_C2P3R, YUY2, I420, in.ptr(0), in.s(0), out.planes(), out.steps(), roi);
