@@ -110,6 +110,19 @@ KROAPI KroStatus kroiYUVToRGB_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kr
 
 /* ---------------------------------------------------------------- RGB <-> YCbCr 4:4:4 */
 
+KROAPI KroStatus kroiRGBToYCbCr_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCbCrToRGB_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCbCrToRGB_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCbCrToRGB_8u_P3C3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCbCrToBGR_8u_P3C3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCbCrToRGB_8u_P3R(const Kro8u* const pSrc[3], int srcStep, Kro8u* const pDst[3], int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCbCrToRGB_8u_P3C4R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, Kro8u aval);
+KROAPI KroStatus kroiYCbCrToBGR_8u_P3C4R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize, Kro8u aval);
+
 /* (end YCbCr 4:4:4) */
 
 /* ---------------------------------------------------------------- RGB to subsampled YCbCr */
