@@ -66,6 +66,15 @@ KRO_INLINE SrcYuv420 yuvCellRow(const Kro8u* y, int ys, const Kro8u* u, int us, 
     return {pixelRow(y, ys, cy, 0), pixelRow(y, ys, cy, 1), rowAt(u, us, cy), rowAt(v, vs, cy)};
 }
 
+// The interleaved destinations: kernel(source cell row, destination rows, cells).
+template <class D, class Kernel>
+KRO_INLINE void walkToPacked(const Kro8u* y, int ys, const Kro8u* u, int us, const Kro8u* v, int vs, Kro8u* d, int ds,
+                             int wc, int hc, Kernel kernel) {
+    walkRows(hc, [&](int cy) {
+        kernel(yuvCellRow(y, ys, u, us, v, vs, cy), DstRows<D>{{pixelRow(d, ds, cy, 0)}, {pixelRow(d, ds, cy, 1)}}, wc);
+    });
+}
+
 }  // namespace
 
 // ---- drivers: cell counts, not pixel counts ----------------------------------------------------
@@ -99,15 +108,6 @@ void myYUV420ToRGB_8u_P3R(const Kro8u* y, int ys, const Kro8u* u, int us, const 
     walkRows(hc, [&](int cy) {
         const DstRows<DstRgbP3> dst{planesAt<DstRgbP3>(r, g, b, ds, 2 * cy), planesAt<DstRgbP3>(r, g, b, ds, 2 * cy + 1)};
         innerYUV420ToRGB_8u_P3R(yuvCellRow(y, ys, u, us, v, vs, cy), dst, wc);
-    });
-}
-
-// The interleaved destinations: kernel(source cell row, destination rows, cells).
-template <class D, class Kernel>
-KRO_INLINE void walkToPacked(const Kro8u* y, int ys, const Kro8u* u, int us, const Kro8u* v, int vs, Kro8u* d, int ds,
-                             int wc, int hc, Kernel kernel) {
-    walkRows(hc, [&](int cy) {
-        kernel(yuvCellRow(y, ys, u, us, v, vs, cy), DstRows<D>{{pixelRow(d, ds, cy, 0)}, {pixelRow(d, ds, cy, 1)}}, wc);
     });
 }
 

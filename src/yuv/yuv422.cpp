@@ -114,6 +114,13 @@ KRO_INLINE bool asOneRow(KroiSize roi, Kernel&& kernel) {
     return true;
 }
 
+// The planar sources: a row kernel of (Y, U, V rows, destination row index).
+template <class Kernel>
+KRO_INLINE void walkYuvPlanes(const Kro8u* y, int ys, const Kro8u* u, int us, const Kro8u* v, int vs, int h,
+                              Kernel&& kernel) {
+    walkRows(h, [&](int i) { kernel(rowAt(y, ys, i), rowAt(u, us, i), rowAt(v, vs, i), i); });
+}
+
 }  // namespace
 
 // ---- drivers ---------------------------------------------------------------------------------
@@ -141,13 +148,6 @@ void myRGBToYUV422_8u_P3R(const Kro8u* r, const Kro8u* g, const Kro8u* b, int ss
         innerRGBToYUV422_8u_P3R(rowAt(r, ss, i), rowAt(g, ss, i), rowAt(b, ss, i), rowAt(y, ys, i), rowAt(u, us, i),
                                 rowAt(v, vs, i), w);
     });
-}
-
-// The planar sources: a row kernel of (Y, U, V rows, destination row index).
-template <class Kernel>
-KRO_INLINE void walkYuvPlanes(const Kro8u* y, int ys, const Kro8u* u, int us, const Kro8u* v, int vs, int h,
-                              Kernel&& kernel) {
-    walkRows(h, [&](int i) { kernel(rowAt(y, ys, i), rowAt(u, us, i), rowAt(v, vs, i), i); });
 }
 
 void myYUV422ToRGB_8u_P3C3R(const Kro8u* y, int ys, const Kro8u* u, int us, const Kro8u* v, int vs, Kro8u* d, int ds,
