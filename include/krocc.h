@@ -67,13 +67,23 @@ typedef struct { int64_t width; int64_t height; } KroiSizeL;
 typedef struct { int32_t x; int32_t y; int32_t width; int32_t height; } KroiRect;
 typedef struct { int64_t x; int64_t y; int64_t width; int64_t height; } KroiRectL;
 
-/* The 2x2 cell at pixel (0,0) of the whole Bayer image. */
+/* The 2x2 cell at pixel (0,0) of the whole Bayer image, an unsigned 32-bit
+ * value; the functions refuse values above 3. In C++ the enumeration has its
+ * fixed type, so any 32-bit value may be passed and tested. */
+#ifdef __cplusplus
+enum BayerPattern : uint32_t {
+#else
 typedef enum {
+#endif
     kroiBayerBGGR = 0,
     kroiBayerRGGB = 1,
     kroiBayerGBRG = 2,
     kroiBayerGRBG = 3
+#ifdef __cplusplus
+};
+#else
 } BayerPattern;
+#endif
 
 /* The constant version record of the library. */
 typedef struct {
