@@ -54,62 +54,36 @@ void myRGBToYCC_16s_C3R(const Kro16s* s, int ss, Kro16s* d, int ds, int w, int h
                                                                       innerRGBToYCC_16s_C3R<4>);
 }
 
-// ---- whole-image drivers ------------------------------------------------------------------
-
-#define KRO_WHOLE_IMAGE(driver, T, S, Vec, form)                                        \
-    void driver(const T* s, int ss, T* d, int ds, int w, int h) {                       \
-        wholeImage<T, S, vec::Vec, form>(s, ss, d, ds, w, h);                           \
-    }
-
-KRO_WHOLE_IMAGE(myRGBToXYZ_16s_C3R_l9, Kro16s, 3, RgbToXyz16s, rgbToXyz16s)
-KRO_WHOLE_IMAGE(myRGBToXYZ_16s_AC4R_l9, Kro16s, 4, RgbToXyz16s, rgbToXyz16s)
-KRO_WHOLE_IMAGE(myXYZToRGB_8u_C3R_l9, Kro8u, 3, XyzToRgb8u, xyzToRgb8u)
-KRO_WHOLE_IMAGE(myXYZToRGB_8u_AC4R_k0, Kro8u, 4, XyzToRgb8u, xyzToRgb8u)
-KRO_WHOLE_IMAGE(myXYZToRGB_16u_C3R_l9, Kro16u, 3, XyzToRgb16u, xyzToRgb16u)
-KRO_WHOLE_IMAGE(myXYZToRGB_16u_AC4R_l9, Kro16u, 4, XyzToRgb16u, xyzToRgb16u)
-KRO_WHOLE_IMAGE(myXYZToRGB_16s_C3R_l9, Kro16s, 3, XyzToRgb16s, xyzToRgb16s)
-KRO_WHOLE_IMAGE(myXYZToRGB_16s_AC4R_l9, Kro16s, 4, XyzToRgb16s, xyzToRgb16s)
-KRO_WHOLE_IMAGE(myRGBToYCC_8u_C3R_l9, Kro8u, 3, RgbToYcc8u, rgbToYcc8u)
-KRO_WHOLE_IMAGE(myRGBToYCC_8u_AC4R_l9, Kro8u, 4, RgbToYcc8u, rgbToYcc8u)
-KRO_WHOLE_IMAGE(myRGBToYCC_16u_C3R_l9, Kro16u, 3, RgbToYcc16u, rgbToYcc16u)
-KRO_WHOLE_IMAGE(myRGBToYCC_16u_AC4R_l9, Kro16u, 4, RgbToYcc16u, rgbToYcc16u)
-KRO_WHOLE_IMAGE(myYCCToRGB_8u_C3R_l9, Kro8u, 3, YccToRgb8u, yccToRgb8u)
-KRO_WHOLE_IMAGE(myYCCToRGB_8u_AC4R_k0, Kro8u, 4, YccToRgb8u, yccToRgb8u)
-KRO_WHOLE_IMAGE(myYCCToRGB_16u_C3R_l9, Kro16u, 3, YccToRgb16u, yccToRgb16u)
-KRO_WHOLE_IMAGE(myYCCToRGB_16u_AC4R_l9, Kro16u, 4, YccToRgb16u, yccToRgb16u)
-KRO_WHOLE_IMAGE(myYCCToRGB_16s_C3R_l9, Kro16s, 3, YccToRgb16s, yccToRgb16s)
-KRO_WHOLE_IMAGE(myYCCToRGB_16s_AC4R_l9, Kro16s, 4, YccToRgb16s, yccToRgb16s)
-
-#undef KRO_WHOLE_IMAGE
-
 }  // namespace k0
 
-// ---- entries --------------------------------------------------------------------------------
+// ---- whole-image drivers and entries --------------------------------------------------------
 
-KRO_XYZYCC_ENTRY(kroiRGBToXYZ_8u_C3R, Kro8u, k0::myRGBToXYZ_8u_C3R, 3)
-KRO_XYZYCC_ENTRY(kroiRGBToXYZ_8u_AC4R, Kro8u, k0::myRGBToXYZ_8u_C3R, 4)
-KRO_XYZYCC_ENTRY(kroiRGBToXYZ_16u_C3R, Kro16u, k0::myRGBToXYZ_16u_C3R, 3)
-KRO_XYZYCC_ENTRY(kroiRGBToXYZ_16u_AC4R, Kro16u, k0::myRGBToXYZ_16u_C3R, 4)
-KRO_XYZYCC_ENTRY(kroiRGBToXYZ_16s_C3R, Kro16s, k0::myRGBToXYZ_16s_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiRGBToXYZ_16s_AC4R, Kro16s, k0::myRGBToXYZ_16s_AC4R_l9)
+// The two whole-image drivers of a member (the AC4 one with its own suffix)
+// and its two entries.
+#define KRO_XYZYCC_WHOLE(member, type, T, suffixAC4, Vec, form)                                            \
+    namespace k0 {                                                                                         \
+    void my##member##_##type##_C3R_l9(const T* s, int ss, T* d, int ds, int w, int h) {                   \
+        wholeImage<T, 3, vec::Vec, form>(s, ss, d, ds, w, h);                                              \
+    }                                                                                                      \
+    void my##member##_##type##_AC4R##suffixAC4(const T* s, int ss, T* d, int ds, int w, int h) {          \
+        wholeImage<T, 4, vec::Vec, form>(s, ss, d, ds, w, h);                                              \
+    }                                                                                                      \
+    }                                                                                                      \
+    KRO_XYZYCC_ENTRY(kroi##member##_##type##_C3R, T, k0::my##member##_##type##_C3R_l9)                     \
+    KRO_XYZYCC_ENTRY(kroi##member##_##type##_AC4R, T, k0::my##member##_##type##_AC4R##suffixAC4)
 
-KRO_XYZYCC_ENTRY(kroiXYZToRGB_8u_C3R, Kro8u, k0::myXYZToRGB_8u_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiXYZToRGB_8u_AC4R, Kro8u, k0::myXYZToRGB_8u_AC4R_k0)
-KRO_XYZYCC_ENTRY(kroiXYZToRGB_16u_C3R, Kro16u, k0::myXYZToRGB_16u_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiXYZToRGB_16u_AC4R, Kro16u, k0::myXYZToRGB_16u_AC4R_l9)
-KRO_XYZYCC_ENTRY(kroiXYZToRGB_16s_C3R, Kro16s, k0::myXYZToRGB_16s_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiXYZToRGB_16s_AC4R, Kro16s, k0::myXYZToRGB_16s_AC4R_l9)
+KRO_XYZYCC_WHOLE(RGBToXYZ, 16s, Kro16s, _l9, RgbToXyz16s, rgbToXyz16s)
+KRO_XYZYCC_WHOLE(XYZToRGB, 8u, Kro8u, _k0, XyzToRgb8u, xyzToRgb8u)
+KRO_XYZYCC_WHOLE(XYZToRGB, 16u, Kro16u, _l9, XyzToRgb16u, xyzToRgb16u)
+KRO_XYZYCC_WHOLE(XYZToRGB, 16s, Kro16s, _l9, XyzToRgb16s, xyzToRgb16s)
+KRO_XYZYCC_WHOLE(RGBToYCC, 8u, Kro8u, _l9, RgbToYcc8u, rgbToYcc8u)
+KRO_XYZYCC_WHOLE(RGBToYCC, 16u, Kro16u, _l9, RgbToYcc16u, rgbToYcc16u)
+KRO_XYZYCC_WHOLE(YCCToRGB, 8u, Kro8u, _k0, YccToRgb8u, yccToRgb8u)
+KRO_XYZYCC_WHOLE(YCCToRGB, 16u, Kro16u, _l9, YccToRgb16u, yccToRgb16u)
+KRO_XYZYCC_WHOLE(YCCToRGB, 16s, Kro16s, _l9, YccToRgb16s, yccToRgb16s)
 
-KRO_XYZYCC_ENTRY(kroiRGBToYCC_8u_C3R, Kro8u, k0::myRGBToYCC_8u_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiRGBToYCC_8u_AC4R, Kro8u, k0::myRGBToYCC_8u_AC4R_l9)
-KRO_XYZYCC_ENTRY(kroiRGBToYCC_16u_C3R, Kro16u, k0::myRGBToYCC_16u_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiRGBToYCC_16u_AC4R, Kro16u, k0::myRGBToYCC_16u_AC4R_l9)
-KRO_XYZYCC_ENTRY(kroiRGBToYCC_16s_C3R, Kro16s, k0::myRGBToYCC_16s_C3R, 3)
-KRO_XYZYCC_ENTRY(kroiRGBToYCC_16s_AC4R, Kro16s, k0::myRGBToYCC_16s_C3R, 4)
+// ---- entries of the drivers that take the pixel stride ------------------------------------
 
-KRO_XYZYCC_ENTRY(kroiYCCToRGB_8u_C3R, Kro8u, k0::myYCCToRGB_8u_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiYCCToRGB_8u_AC4R, Kro8u, k0::myYCCToRGB_8u_AC4R_k0)
-KRO_XYZYCC_ENTRY(kroiYCCToRGB_16u_C3R, Kro16u, k0::myYCCToRGB_16u_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiYCCToRGB_16u_AC4R, Kro16u, k0::myYCCToRGB_16u_AC4R_l9)
-KRO_XYZYCC_ENTRY(kroiYCCToRGB_16s_C3R, Kro16s, k0::myYCCToRGB_16s_C3R_l9)
-KRO_XYZYCC_ENTRY(kroiYCCToRGB_16s_AC4R, Kro16s, k0::myYCCToRGB_16s_AC4R_l9)
+KRO_XYZYCC_BY_STRIDE(RGBToXYZ, 8u, Kro8u, k0::myRGBToXYZ_8u_C3R)
+KRO_XYZYCC_BY_STRIDE(RGBToXYZ, 16u, Kro16u, k0::myRGBToXYZ_16u_C3R)
+KRO_XYZYCC_BY_STRIDE(RGBToYCC, 16s, Kro16s, k0::myRGBToYCC_16s_C3R)

@@ -81,3 +81,8 @@ void wholeImage(const T* s, int ss, T* d, int ds, int w, int h) {
         return k0::run(driver, pSrc, k0::xyzycc::elements<T>(srcStep), pDst, k0::xyzycc::elements<T>(dstStep), \
                        roi __VA_OPT__(, ) __VA_ARGS__);                                                        \
     }
+
+// The C3R and AC4R entries of a member whose driver takes the pixel stride.
+#define KRO_XYZYCC_BY_STRIDE(member, type, T, driver)              \
+    KRO_XYZYCC_ENTRY(kroi##member##_##type##_C3R, T, driver, 3) \
+    KRO_XYZYCC_ENTRY(kroi##member##_##type##_AC4R, T, driver, 4)
