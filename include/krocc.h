@@ -222,6 +222,48 @@ KROAPI KroStatus kroiYCbCr422ToGray_8u_C2C1R(const Kro8u* pSrc, int srcStep, Kro
 
 /* ---------------------------------------------------------------- XYZ and YCC */
 
+/* Gamma-corrected R, G, B to CIE X, Y, Z under the D65 matrix. In the AC4 forms of this
+ * section the source alpha takes no part; the destination alpha is left alone or
+ * written 0, by member (and for kroiRGBToXYZ_8u_AC4R by processor). */
+KROAPI KroStatus kroiRGBToXYZ_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_16u_C3R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_16u_AC4R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_16s_C3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_16s_AC4R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_32f_C3R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToXYZ_32f_AC4R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+
+/* X, Y, Z (D65) to R, G, B. */
+KROAPI KroStatus kroiXYZToRGB_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_16u_C3R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_16u_AC4R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_16s_C3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_16s_AC4R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_32f_C3R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiXYZToRGB_32f_AC4R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+
+/* R, G, B to the photographic luma-chroma space Y, C1, C2. */
+KROAPI KroStatus kroiRGBToYCC_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_16u_C3R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_16u_AC4R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_16s_C3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_16s_AC4R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_32f_C3R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCC_32f_AC4R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+
+/* Y, C1, C2 to R, G, B. */
+KROAPI KroStatus kroiYCCToRGB_8u_C3R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_8u_AC4R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_16u_C3R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_16u_AC4R(const Kro16u* pSrc, int srcStep, Kro16u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_16s_C3R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_16s_AC4R(const Kro16s* pSrc, int srcStep, Kro16s* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_32f_C3R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiYCCToRGB_32f_AC4R(const Kro32f* pSrc, int srcStep, Kro32f* pDst, int dstStep, KroiSize roiSize);
+
 /* (end XYZ and YCC) */
 
 /* ---------------------------------------------------------------- HLS and HSV */
