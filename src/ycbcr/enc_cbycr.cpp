@@ -51,7 +51,7 @@ KRO_INLINE Px corrected(Px p) {
 
 // Every sample through the table, then all pairs in the plain integer rows,
 // 16 pixels at a time; a last odd pixel as Cb and Y in Long.
-void innerRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const GammaRows& k) {
+void innerRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const GammaRows& k, const GammaTable& g) {
     const SrcC3 s{src};
     const int np = w & ~1;
     const __m512i evenByte = _mm512_set1_epi64(0xFF);
@@ -59,7 +59,7 @@ void innerRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const G
     for (int x = 0; x < np; x += 16) {
         const unsigned n = static_cast<unsigned>(std::min(16, np - x));
         const V3 v = s.dwords(x, n);
-        const __m512i R = vecGammaFwd(v.a), G = vecGammaFwd(v.b), B = vecGammaFwd(v.c);
+        const __m512i R = vecGammaFwd(g, v.a), G = vecGammaFwd(g, v.b), B = vecGammaFwd(g, v.c);
         const __m512i tCb = gammaDot(k.cb, R, G, B), tCr = gammaDot(k.cr, R, G, B);
         const __m512i cb = vecGammaChroma(tCb, prevCb), cr = vecGammaChroma(tCr, prevCr);
         prevCb = tCb, prevCr = tCr;
@@ -92,7 +92,8 @@ KRO_ENTRY(kroiRGBToCbYCr422_8u_C3C2R)(const Kro8u* pSrc, int srcStep, Kro8u* pDs
 KRO_ENTRY(kroiRGBToCbYCr422Gamma_8u_C3C2R)(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roi) {
     if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     const GammaRows k = GammaRows::make();
+    const GammaTable g = GammaTable::make();
     eachRow(pSrc, srcStep, pDst, dstStep, roi.height,
-            [&](const Kro8u* a, Kro8u* b) { innerRGBToCbYCr422Gamma_8u_C3C2R(a, b, roi.width, k); });
+            [&](const Kro8u* a, Kro8u* b) { innerRGBToCbYCr422Gamma_8u_C3C2R(a, b, roi.width, k, g); });
     return kroOk;
 }

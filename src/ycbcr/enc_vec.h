@@ -118,8 +118,28 @@ KRO_INLINE __m512i vecDotChroma(const Row3& k, __m512i SR, __m512i SG, __m512i S
 
 // ---- gamma ---------------------------------------------------------------------------------
 
-// Dwords of 0..255 through tableFwd8u.
-KRO_INLINE __m512i vecGammaFwd(__m512i v) { return _mm512_i32gather_epi32(v, tableFwd8u.data(), 4); }
+// tableFwd8u as words, held in eight registers for a word-permute lookup.
+alignas(64) inline constexpr std::array<uint16_t, 256> tableFwd8uWords = [] {
+    std::array<uint16_t, 256> t{};
+    for (int i = 0; i < 256; ++i) t[i] = static_cast<uint16_t>(tableFwd8u[i]);
+    return t;
+}();
+struct GammaTable {
+    __m512i t[8];  // entries 32k..32k+31
+    static KRO_INLINE GammaTable make() {
+        GammaTable g;
+        for (int k = 0; k < 8; ++k) g.t[k] = _mm512_load_si512(tableFwd8uWords.data() + 32 * k);
+        return g;
+    }
+};
+// Words of 0..255 through tableFwd8u. Dwords of 0..255 work as well: their
+// high words are 0 and look up entry 0, which is 0.
+KRO_INLINE __m512i vecGammaFwd(const GammaTable& g, __m512i v) {
+    const __m512i q0 = _mm512_permutex2var_epi16(g.t[0], v, g.t[1]), q1 = _mm512_permutex2var_epi16(g.t[2], v, g.t[3]);
+    const __m512i q2 = _mm512_permutex2var_epi16(g.t[4], v, g.t[5]), q3 = _mm512_permutex2var_epi16(g.t[6], v, g.t[7]);
+    const __mmask32 b6 = _mm512_test_epi16_mask(v, w16::k(64)), b7 = _mm512_test_epi16_mask(v, w16::k(128));
+    return _mm512_mask_mov_epi16(_mm512_mask_mov_epi16(q0, b6, q1), b7, _mm512_mask_mov_epi16(q2, b6, q3));
+}
 
 namespace gam {
 // v * c for dwords v in 0..32767 and c a signed 16-bit factor per dword.

@@ -71,11 +71,11 @@ TEST(Stages, DwordPixelFormsOverAllColours) {
                 }
             }
     EXPECT_EQ(bad, 0u);
-    D all[16];
+    const GammaTable table = GammaTable::make();
     for (int j = 0; j < 16; ++j) {
         for (int i = 0; i < 16; ++i) iota.v[i] = 16 * j + i;
-        all[j] = D(vecGammaFwd(iota.load()));
-        for (int i = 0; i < 16; ++i) EXPECT_EQ(all[j].v[i], tableFwd8u[16 * j + i]);
+        const D all(vecGammaFwd(table, iota.load()));
+        for (int i = 0; i < 16; ++i) EXPECT_EQ(all.v[i], tableFwd8u[16 * j + i]) << 16 * j + i;
     }
 }
 
@@ -132,6 +132,26 @@ TEST(Stages, CellFormsOnSums) {
         const D fc(vecFilteredChroma(eo.load(), op.load()));
         for (int i = 0; i < 16; ++i) ASSERT_EQ(fc.v[i], clamp8((eo.v[i] + op.v[i] + 0x4040) >> 7));
     }
+}
+
+// The addends that differ from Long's: 0x100000 drops the half of the luma,
+// 0x802000 and K 0x1004000 round by an eighth; each moves a sample by at most
+// one and does so somewhere.
+TEST(Stages, AddendsAgainstLong) {
+    int lowered[3] = {0, 0, 0};
+    for (int r = 0; r < 256; r += 3)
+        for (int g = 0; g < 256; ++g)
+            for (int b = 0; b < 256; ++b) {
+                const int y = formLongLuma(r, g, b), yn = formLongLumaNoHalf(r, g, b);
+                const int c = formLongChroma(kCb, r, g, b), ce = formLongChromaEighth(kCb, r, g, b);
+                const int c2 = formLong2(kCr, 2 * r, 2 * g, 2 * b, kLong2Half), c2e = formLong2(kCr, 2 * r, 2 * g, 2 * b, kLong2Eighth);
+                ASSERT_TRUE(yn == y || yn == y - 1);
+                ASSERT_TRUE(ce == c || ce == c - 1);
+                ASSERT_TRUE(c2e == c2 || c2e == c2 - 1);
+                ASSERT_EQ(c2, formLongChroma(kCr, r, g, b));
+                lowered[0] += yn != y, lowered[1] += ce != c, lowered[2] += c2e != c2;
+            }
+    for (int n : lowered) EXPECT_GT(n, 100000);
 }
 
 // The curve's table: the entries the rule gives at both ends.
