@@ -30,15 +30,14 @@ KRO_INLINE Sums longCell420(const S& s0, const S& s1, const Rows420& d, int x) {
 template <class S>
 void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
     const int nShort = w & ~15;
-    for (int x = 0; x < nShort; x += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, nShort - x));
+    inBlocks<32>(nShort, [&](int x, unsigned n) {
         const V3 a = s0.words(x, n), b = s1.words(x, n);
         storeN256(d.y0 + x, lumaBytes(vecShortLuma(a.a, a.b, a.c)), n);
         storeN256(d.y1 + x, lumaBytes(vecShortLuma(b.a, b.b, b.c)), n);
         const V2 c = cellShortChroma<5>(pairSums(addWords(a, b)));
         storeN128(d.cb + x / 2, pairBytes(c.a), n / 2);
         storeN128(d.cr + x / 2, pairBytes(c.b), n / 2);
-    }
+    });
     for (int x = nShort; x + 1 < w; x += 2) {
         const Sums t = longCell420(s0, s1, d, x);
         d.cb[x / 2] = u8(formLong4(kCb, t.r, t.g, t.b));
@@ -51,14 +50,13 @@ void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
 template <class S>
 void innerRounded420(const S& s0, const S& s1, const Rows420& d, int w) {
     const int nRounded = (w & ~15) + (w & 8);
-    for (int x = 0; x < nRounded; x += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, nRounded - x));
+    inBlocks<32>(nRounded, [&](int x, unsigned n) {
         const V3 a = s0.words(x, n), b = s1.words(x, n);
         storeN256(d.y0 + x, lumaBytes(vecRoundedLuma(a.a, a.b, a.c)), n);
         storeN256(d.y1 + x, lumaBytes(vecRoundedLuma(b.a, b.b, b.c)), n);
         const V2 c = vecRoundedChroma(pairSums(addWords(a, b)));
         storeN256(d.cb + x, chromaPairs(naturalPairs(c.a), naturalPairs(c.b)), n);
-    }
+    });
     for (int x = nRounded; x + 1 < w; x += 2) {
         const Sums t = longCell420(s0, s1, d, x);
         d.cb[x] = u8(formLong4(kCb, t.r, t.g, t.b));
@@ -70,8 +68,7 @@ void innerRounded420(const S& s0, const S& s1, const Rows420& d, int w) {
 template <class S>
 void innerDot420(const S& s0, const S& s1, const Rows420& d, int w) {
     const int nc = w & ~1;
-    for (int x = 0; x < nc; x += 16) {
-        const unsigned n = static_cast<unsigned>(std::min(16, nc - x));
+    inBlocks<16>(nc, [&](int x, unsigned n) {
         const V3 a = s0.dwords(x, n), b = s1.dwords(x, n);
         storeN128(d.y0 + x, dwordsToBytes(vecDotLuma(a.a, a.b, a.c)), n);
         storeN128(d.y1 + x, dwordsToBytes(vecDotLuma(b.a, b.b, b.c)), n);
@@ -84,7 +81,7 @@ void innerDot420(const S& s0, const S& s1, const Rows420& d, int w) {
         const __m512i cb = vecDotChroma(kDotCb, sr, sg, sb), cr = vecDotChroma(kDotCr, sr, sg, sb);
         const __m512i pair = _mm512_or_si512(lowBytes(cb), _mm512_slli_epi32(lowBytes(cr), 8));
         storeN128(d.cb + x, _mm512_cvtepi64_epi16(pair), n);
-    }
+    });
 }
 
 // Short on the first width & ~15 pixels, Long and Long4 on the whole groups
@@ -92,14 +89,13 @@ void innerDot420(const S& s0, const S& s1, const Rows420& d, int w) {
 template <class S>
 void inner411(const S& s, Kro8u* y, Kro8u* cb, Kro8u* cr, int w) {
     const int nShort = w & ~15;
-    for (int x = 0; x < nShort; x += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, nShort - x));
+    inBlocks<32>(nShort, [&](int x, unsigned n) {
         const V3 v = s.words(x, n);
         storeN256(y + x, lumaBytes(vecShortLuma(v.a, v.b, v.c)), n);
         const V2 c = cellShortChroma<5>(quadSums(v));
         storeN128(cb + x / 4, _mm512_cvtepi64_epi8(naturalQuads(c.a)), n / 4);
         storeN128(cr + x / 4, _mm512_cvtepi64_epi8(naturalQuads(c.b)), n / 4);
-    }
+    });
     for (int x = nShort; x + 3 < w; x += 4) {
         Sums t;
         for (int i = 0; i < 4; ++i) {

@@ -14,8 +14,7 @@ void innerRGBToCbYCr422_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const Filter
     const RgbC3<false> s{{src}};
     const int nVec = w & ~15;
     __m512i prevCb = _mm512_setzero_si512(), prevCr = prevCb;
-    for (int x = 0; x < nVec; x += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, nVec - x));
+    inBlocks<32>(nVec, [&](int x, unsigned n) {
         const V3 v = s.words(x, n);
         const V2 t = vecFilterTerms(k, v.a, v.b, v.c);
         const __m512i oCb = naturalPairs(oddTerm(t.a)), oCr = naturalPairs(oddTerm(t.b));
@@ -25,7 +24,7 @@ void innerRGBToCbYCr422_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const Filter
         const __m512i y = naturalPairs(vecFilteredLuma(v.a, v.b, v.c));
         storeN512(d + 2 * x, _mm512_ternarylogic_epi32(cb, _mm512_slli_epi32(y, 8), _mm512_slli_epi32(cr, 16), 0xFE),
                   2 * n);
-    }
+    });
     int qCb = 0, qCr = 0;  // c(2i-1) >> 2 for the next pair
     if (nVec > 0) {
         const Px p = s.get(nVec - 1);
@@ -56,8 +55,7 @@ void innerRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const G
     const int np = w & ~1;
     const __m512i evenByte = _mm512_set1_epi64(0xFF);
     __m512i prevCb = _mm512_setzero_si512(), prevCr = prevCb;
-    for (int x = 0; x < np; x += 16) {
-        const unsigned n = static_cast<unsigned>(std::min(16, np - x));
+    inBlocks<16>(np, [&](int x, unsigned n) {
         const V3 v = s.dwords(x, n);
         const __m512i R = vecGammaFwd(g, v.a), G = vecGammaFwd(g, v.b), B = vecGammaFwd(g, v.c);
         const __m512i tCb = gammaDot(k.cb, R, G, B), tCr = gammaDot(k.cr, R, G, B);
@@ -68,7 +66,7 @@ void innerRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const G
                                                       _mm512_and_si512(cb, evenByte),
                                                       _mm512_slli_epi64(_mm512_and_si512(cr, evenByte), 32), 0xFE);
         storeN256(d + 2 * x, _mm512_cvtepi32_epi16(px), 2 * n);
-    }
+    });
     if (w & 1) {
         const Px p = corrected(s.get(w - 1));
         d[2 * (w - 1)] = longC(kCb, p), d[2 * (w - 1) + 1] = longY(p);

@@ -33,6 +33,12 @@ struct RowsOf<Rgb<S, Bgr>> {
     KRO_INLINE Rgb<S, Bgr> at(int y) const { return {S{rowAt(p, step, y)}}; }
 };
 
+// Runs `block(x, n)` over pixels [0, end) in blocks of B, the last one short.
+template <int B, class Block>
+KRO_INLINE void inBlocks(int end, Block block) {
+    for (int x = 0; x < end; x += B) block(x, static_cast<unsigned>(std::min(B, end - x)));
+}
+
 // Plain sums of a cell's samples.
 struct Sums {
     int r = 0, g = 0, b = 0;

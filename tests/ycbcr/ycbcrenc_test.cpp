@@ -273,34 +273,47 @@ int longC(const Row3& k, Px p) { return formLongChroma(k, p.a, p.b, p.c); }
 
 int shortLadder(int w) { return (w & ~15) + ((w & 8) ? 8 : (w & 4) ? 4 : 0); }
 
-void putC2(Buf& o, int x, int y, Out, char order, int y0, int y1, int cb, int cr) {
+void putC2(Buf& o, int x, int y, char order, int y0, int y1, int cb, int cr) {
     uint8_t* q = &o.at(2 * x, y);
     if (order == 'C') q[0] = u8(cb), q[1] = u8(y0), q[2] = u8(cr), q[3] = u8(y1);
     else q[0] = u8(y0), q[1] = u8(order == 'b' ? cb : cr), q[2] = u8(y1), q[3] = u8(order == 'b' ? cr : cb);
 }
+
+// Calls f(x, y, p0, p1, sums) on every whole pair of every row, and odd(y, p)
+// on a last odd pixel.
+template <class F, class Odd>
+void eachPair(Src& s, int w, int h, F f, Odd odd) {
+    for (int y = 0; y < h; ++y) {
+        for (int x = 0; x + 1 < w; x += 2) {
+            const Px p0 = s.rgb(x, y), p1 = s.rgb(x + 1, y);
+            Cell c;
+            c.add(p0), c.add(p1);
+            f(x, y, p0, p1, c);
+        }
+        if (w & 1) odd(y, s.rgb(w - 1, y));
+    }
+}
+int shortY(Px p) { return formShortLuma(p.a, p.b, p.c); }
+int shortC(const Row3& k, const Cell& c, int scale) { return formShortChroma(k, c.r * scale, c.g * scale, c.b * scale); }
 
 // Packed 4:2:2: Short pairs below nShort, Long2 (K 0x1010000, Y1 without the
 // half) after them, and the two bytes of a last odd pixel. order: 'b' Y Cb Y
 // Cr, 'r' Y Cr Y Cb, 'C' Cb Y Cr Y.
 Model packed422(char order, std::function<int(int)> nShort, std::function<std::array<int, 2>(Px)> odd) {
     return [=](Src& s, std::vector<Buf>& o, int w, int h) {
-        for (int y = 0; y < h; ++y) {
-            for (int x = 0; x + 1 < w; x += 2) {
-                const Px p0 = s.rgb(x, y), p1 = s.rgb(x + 1, y);
-                Cell c;
-                c.add(p0), c.add(p1);
+        eachPair(
+            s, w, h,
+            [&](int x, int y, Px p0, Px p1, const Cell& c) {
                 if (x < nShort(w))
-                    putC2(o[0], x, y, Out::C2, order, formShortLuma(p0.a, p0.b, p0.c), formShortLuma(p1.a, p1.b, p1.c),
-                          formShortChroma(kCb, c.r * 64, c.g * 64, c.b * 64), formShortChroma(kCr, c.r * 64, c.g * 64, c.b * 64));
+                    putC2(o[0], x, y, order, shortY(p0), shortY(p1), shortC(kCb, c, 64), shortC(kCr, c, 64));
                 else
-                    putC2(o[0], x, y, Out::C2, order, longY(p0), formLongLumaNoHalf(p1.a, p1.b, p1.c),
+                    putC2(o[0], x, y, order, longY(p0), formLongLumaNoHalf(p1.a, p1.b, p1.c),
                           formLong2(kCb, c.r, c.g, c.b, kLong2Half), formLong2(kCr, c.r, c.g, c.b, kLong2Half));
-            }
-            if (w & 1) {
-                const auto v = odd(s.rgb(w - 1, y));
+            },
+            [&](int y, Px p) {
+                const auto v = odd(p);
                 o[0].at(2 * w - 2, y) = u8(v[0]), o[0].at(2 * w - 1, y) = u8(v[1]);
-            }
-        }
+            });
     };
 }
 const auto all = [](int w) { return w & ~1; };
@@ -310,19 +323,16 @@ const auto oddYCbEighth = [](Px p) { return std::array<int, 2>{longY(p), formLon
 // last odd pixel's Y in Long.
 Model planar422(std::function<int(int)> nShort) {
     return [=](Src& s, std::vector<Buf>& o, int w, int h) {
-        for (int y = 0; y < h; ++y) {
-            for (int x = 0; x + 1 < w; x += 2) {
-                const Px p0 = s.rgb(x, y), p1 = s.rgb(x + 1, y);
-                Cell c;
-                c.add(p0), c.add(p1);
+        eachPair(
+            s, w, h,
+            [&](int x, int y, Px p0, Px p1, const Cell& c) {
                 const bool sh = x < nShort(w);
-                o[0].at(x, y) = u8(sh ? formShortLuma(p0.a, p0.b, p0.c) : longY(p0));
-                o[0].at(x + 1, y) = u8(sh ? formShortLuma(p1.a, p1.b, p1.c) : longY(p1));
-                o[1].at(x / 2, y) = u8(sh ? formShortChroma(kCb, c.r * 64, c.g * 64, c.b * 64) : formLong2(kCb, c.r, c.g, c.b, kLong2Eighth));
-                o[2].at(x / 2, y) = u8(sh ? formShortChroma(kCr, c.r * 64, c.g * 64, c.b * 64) : formLong2(kCr, c.r, c.g, c.b, kLong2Eighth));
-            }
-            if (w & 1) o[0].at(w - 1, y) = u8(longY(s.rgb(w - 1, y)));
-        }
+                o[0].at(x, y) = u8(sh ? shortY(p0) : longY(p0));
+                o[0].at(x + 1, y) = u8(sh ? shortY(p1) : longY(p1));
+                o[1].at(x / 2, y) = u8(sh ? shortC(kCb, c, 64) : formLong2(kCb, c.r, c.g, c.b, kLong2Eighth));
+                o[2].at(x / 2, y) = u8(sh ? shortC(kCr, c, 64) : formLong2(kCr, c.r, c.g, c.b, kLong2Eighth));
+            },
+            [&](int y, Px p) { o[0].at(w - 1, y) = u8(longY(p)); });
     };
 }
 
@@ -340,13 +350,13 @@ Model cells(Out out, Vec form, std::function<int(int)> nVec, bool swap = false) 
                         const Px p = s.rgb(x + i, y + j);
                         c.add(p);
                         o[0].at(x + i, y + j) = u8(!v ? longY(p)
-                                                      : form == Vec::Short   ? formShortLuma(p.a, p.b, p.c)
+                                                      : form == Vec::Short   ? shortY(p)
                                                       : form == Vec::Rounded ? formRoundedLuma(p.a, p.b, p.c)
                                                                              : formDotLuma(p.a, p.b, p.c));
                     }
                 int cb = formLong4(kCb, c.r, c.g, c.b), cr = formLong4(kCr, c.r, c.g, c.b);
                 if (v && form == Vec::Short)
-                    cb = formShortChroma(kCb, c.r * 32, c.g * 32, c.b * 32), cr = formShortChroma(kCr, c.r * 32, c.g * 32, c.b * 32);
+                    cb = shortC(kCb, c, 32), cr = shortC(kCr, c, 32);
                 if (v && form == Vec::Rounded) cb = formRoundedCb(c.r, c.g, c.b), cr = formRoundedCr(c.r, c.g, c.b);
                 if (v && form == Vec::Dot) cb = formDotChroma(kDotCb, c.r, c.g, c.b), cr = formDotChroma(kDotCr, c.r, c.g, c.b);
                 if (out == Out::P2) {
@@ -369,7 +379,7 @@ void filtered(Src& s, std::vector<Buf>& o, int w, int h) {
             if (x < nVec) {
                 const Px pm = x > 0 ? s.rgb(x - 1, y) : Px{};
                 const int oCb = x > 0 ? filterOCb(pm.a, pm.b, pm.c) : 0, oCr = x > 0 ? filterOCr(pm.a, pm.b, pm.c) : 0;
-                putC2(o[0], x, y, Out::C2, 'C', formFilteredLuma(p0.a, p0.b, p0.c), formFilteredLuma(p1.a, p1.b, p1.c),
+                putC2(o[0], x, y, 'C', formFilteredLuma(p0.a, p0.b, p0.c), formFilteredLuma(p1.a, p1.b, p1.c),
                       formFilteredChroma(filterECb(p0.a, p0.b, p0.c), filterOCb(p1.a, p1.b, p1.c), oCb),
                       formFilteredChroma(filterECr(p0.a, p0.b, p0.c), filterOCr(p1.a, p1.b, p1.c), oCr));
                 continue;
@@ -380,7 +390,7 @@ void filtered(Src& s, std::vector<Buf>& o, int w, int h) {
                 qCb = x == nVec ? filterCarry(filterOCb(pm.a, pm.b, pm.c)) : dot(kCb, pm.a, pm.b, pm.c) >> 2;
                 qCr = x == nVec ? filterCarry(filterOCr(pm.a, pm.b, pm.c)) : dot(kCr, pm.a, pm.b, pm.c) >> 2;
             }
-            putC2(o[0], x, y, Out::C2, 'C', longY(p0), longY(p1),
+            putC2(o[0], x, y, 'C', longY(p0), longY(p1),
                   formFilteredPairLong(qCb, dot(kCb, p0.a, p0.b, p0.c), dot(kCb, p1.a, p1.b, p1.c)),
                   formFilteredPairLong(qCr, dot(kCr, p0.a, p0.b, p0.c), dot(kCr, p1.a, p1.b, p1.c)));
         }
@@ -396,7 +406,7 @@ void gammaFiltered(Src& s, std::vector<Buf>& o, int w, int h) {
             const Px p0 = corrected(s.rgb(x, y)), p1 = corrected(s.rgb(x + 1, y));
             const Px pm = x > 0 ? corrected(s.rgb(x - 1, y)) : Px{};
             const int oCb = x > 0 ? dot(kGammaOCb, pm.a, pm.b, pm.c) : 0, oCr = x > 0 ? dot(kGammaOCr, pm.a, pm.b, pm.c) : 0;
-            putC2(o[0], x, y, Out::C2, 'C', formGammaLuma(p0.a, p0.b, p0.c), formGammaLuma(p1.a, p1.b, p1.c),
+            putC2(o[0], x, y, 'C', formGammaLuma(p0.a, p0.b, p0.c), formGammaLuma(p1.a, p1.b, p1.c),
                   formGammaChroma(dot(kGammaECb, p0.a, p0.b, p0.c), dot(kGammaOCb, p1.a, p1.b, p1.c), oCb),
                   formGammaChroma(dot(kGammaECr, p0.a, p0.b, p0.c), dot(kGammaOCr, p1.a, p1.b, p1.c), oCr));
         }
