@@ -153,7 +153,7 @@ void checkImage(const Member& m, Path path, int w, int h, uint32_t seed) {
                 const int wantA = std::string(m.name) == "YUVToRGB_C3C4R" ? 0x5C : cleared ? 0 : before.at(3, x, y);
                 ASSERT_EQ(d.at(3, x, y), wantA) << m.name << " alpha x=" << x;
             }
-            if (m.out == Lay::P4) ASSERT_EQ(d.at(3, x, y), s.at(3, x, y)) << m.name << " alpha plane x=" << x;
+            if (m.out == Lay::P4) { ASSERT_EQ(d.at(3, x, y), s.at(3, x, y)) << m.name << " alpha plane x=" << x; }
         }
     EXPECT_TRUE(d.intact()) << m.name << " wrote outside the region, w=" << w;
     EXPECT_TRUE(s.intact()) << m.name << " wrote into its source";
@@ -239,16 +239,16 @@ TEST_P(Family, ValidationOrderAndFailedCallsWriteNothing) {
         Img sn(m.in, 8, 2), dn(m.out, 8, 2);
         sn.p[0] = nullptr;
         dn.p[0] = nullptr;
-        if (planesOf(m.in) == 1) EXPECT_EQ(m.call(sn, d, {-1, 2}), kroErrNullPtr) << m.name;
-        if (planesOf(m.out) == 1) EXPECT_EQ(m.call(s, dn, {-1, 2}), kroErrNullPtr) << m.name;
+        if (planesOf(m.in) == 1) { EXPECT_EQ(m.call(sn, d, {-1, 2}), kroErrNullPtr) << m.name; }
+        if (planesOf(m.out) == 1) { EXPECT_EQ(m.call(s, dn, {-1, 2}), kroErrNullPtr) << m.name; }
         // Then the size; the plane-array members only after it.
         for (KroiSize bad : {KroiSize{0, 2}, KroiSize{8, 0}, KroiSize{-3, -3}}) {
             EXPECT_EQ(m.call(s, d, bad), kroErrSize) << m.name;
-            if (planesOf(m.in) > 1) EXPECT_EQ(m.call(sn, d, bad), kroErrSize) << m.name;
-            if (planesOf(m.out) > 1) EXPECT_EQ(m.call(s, dn, bad), kroErrSize) << m.name;
+            if (planesOf(m.in) > 1) { EXPECT_EQ(m.call(sn, d, bad), kroErrSize) << m.name; }
+            if (planesOf(m.out) > 1) { EXPECT_EQ(m.call(s, dn, bad), kroErrSize) << m.name; }
         }
-        if (planesOf(m.in) > 1) EXPECT_EQ(m.call(sn, d, {8, 2}), kroErrNullPtr) << m.name;
-        if (planesOf(m.out) > 1) EXPECT_EQ(m.call(s, dn, {8, 2}), kroErrNullPtr) << m.name;
+        if (planesOf(m.in) > 1) { EXPECT_EQ(m.call(sn, d, {8, 2}), kroErrNullPtr) << m.name; }
+        if (planesOf(m.out) > 1) { EXPECT_EQ(m.call(s, dn, {8, 2}), kroErrNullPtr) << m.name; }
         EXPECT_TRUE(d.unchanged(snap)) << m.name << " wrote on a failed call";
     }
 }
