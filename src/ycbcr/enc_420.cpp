@@ -3,9 +3,16 @@
 // row or column, and in 4:1:1 the last width & 3 pixels, are not touched.
 #include "ycbcr/enc_io.h"
 
+// GCC 12's 512-bit intrinsics seed unmasked results with a self-initialised
+// undefined value, which -Wuninitialized reports once the two-plane stages
+// are inlined into the Dot kernel.
+#pragma GCC diagnostic ignored "-Wuninitialized"
+
 namespace k0 {
 namespace {
 using namespace ycbcr;
+
+#define K0_STAGE(f) [](__m512i a, __m512i b, __m512i c) { return f(a, b, c); }
 
 // The destination rows of one 4:2:0 row pair: two luma rows and the chroma
 // row (two planes, or one of pairs in which case cr is null).
@@ -45,18 +52,25 @@ void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
     }
 }
 
+// The two-plane stages: luma of each row and the chroma pairs of the cells,
+// over pixels [0, end) of the row pair.
+template <class S, class Luma, class Chroma>
+KRO_INLINE void twoPlaneBlocks(const S& s0, const S& s1, const Rows420& d, int end, Luma luma, Chroma chroma) {
+    inBlocks<32>(end, [&](int x, unsigned n) {
+        const V3 a = s0.words(x, n), b = s1.words(x, n);
+        storeN256(d.y0 + x, lumaBytes(luma(a.a, a.b, a.c)), n);
+        storeN256(d.y1 + x, lumaBytes(luma(b.a, b.b, b.c)), n);
+        const V2 c = chroma(pairSums(addWords(a, b)));
+        storeN256(d.cb + x, chromaPairs(naturalPairs(c.a), naturalPairs(c.b)), n);
+    });
+}
+
 // Rounded on blocks of 8 pairs and, if bit 3 of the width is set, one of 4
 // pairs; Long and Long4 on the rest. Chroma as Cb Cr pairs.
 template <class S>
 void innerRounded420(const S& s0, const S& s1, const Rows420& d, int w) {
     const int nRounded = (w & ~15) + (w & 8);
-    inBlocks<32>(nRounded, [&](int x, unsigned n) {
-        const V3 a = s0.words(x, n), b = s1.words(x, n);
-        storeN256(d.y0 + x, lumaBytes(vecRoundedLuma(a.a, a.b, a.c)), n);
-        storeN256(d.y1 + x, lumaBytes(vecRoundedLuma(b.a, b.b, b.c)), n);
-        const V2 c = vecRoundedChroma(pairSums(addWords(a, b)));
-        storeN256(d.cb + x, chromaPairs(naturalPairs(c.a), naturalPairs(c.b)), n);
-    });
+    twoPlaneBlocks(s0, s1, d, nRounded, K0_STAGE(vecRoundedLuma), [](const V3& s) { return vecRoundedChroma(s); });
     for (int x = nRounded; x + 1 < w; x += 2) {
         const Sums t = longCell420(s0, s1, d, x);
         d.cb[x] = u8(formLong4(kCb, t.r, t.g, t.b));
@@ -64,23 +78,11 @@ void innerRounded420(const S& s0, const S& s1, const Rows420& d, int w) {
     }
 }
 
-// Dot on every whole cell, 16 pixels of a row at a time in 32 bits.
+// Dot on every whole cell.
 template <class S>
 void innerDot420(const S& s0, const S& s1, const Rows420& d, int w) {
-    const int nc = w & ~1;
-    inBlocks<16>(nc, [&](int x, unsigned n) {
-        const V3 a = s0.dwords(x, n), b = s1.dwords(x, n);
-        storeN128(d.y0 + x, dwordsToBytes(vecDotLuma(a.a, a.b, a.c)), n);
-        storeN128(d.y1 + x, dwordsToBytes(vecDotLuma(b.a, b.b, b.c)), n);
-        // Column sums, then each even dword takes its odd neighbour: the cell.
-        auto cell = [](__m512i u, __m512i v) {
-            const __m512i c = d32::add(u, v);
-            return d32::add(c, _mm512_srli_epi64(c, 32));
-        };
-        const __m512i sr = cell(a.a, b.a), sg = cell(a.b, b.b), sb = cell(a.c, b.c);
-        const __m512i cb = vecDotChroma(kDotCb, sr, sg, sb), cr = vecDotChroma(kDotCr, sr, sg, sb);
-        const __m512i pair = _mm512_or_si512(lowBytes(cb), _mm512_slli_epi32(lowBytes(cr), 8));
-        storeN128(d.cb + x, _mm512_cvtepi64_epi16(pair), n);
+    twoPlaneBlocks(s0, s1, d, w & ~1, K0_STAGE(vecDotLuma), [](const V3& s) {
+        return V2{vecDotChroma(kDotCb, s.a, s.b, s.c), vecDotChroma(kDotCr, s.a, s.b, s.c)};
     });
 }
 

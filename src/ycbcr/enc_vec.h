@@ -108,12 +108,22 @@ KRO_INLINE __m512i vecFilteredChroma(__m512i eo, __m512i oPrev) {
 
 // ---- Dot ---------------------------------------------------------------------------------
 
-// Dwords of samples 0..255 (luma) or of cell sums (chroma).
+// Luma of 32 pixels (words) as words: each pixel's sum in 32 bits from two
+// multiply-adds of word pairs, (R, G) and (B, 16), the 16 giving the 262144.
 KRO_INLINE __m512i vecDotLuma(__m512i R, __m512i G, __m512i B) {
-    return _mm512_srai_epi32(d32::add(vecDot(kRoundY, R, G, B), d32::k(262144)), 14);
+    const __m512i rg = rnd::alt(kRoundY.r, kRoundY.g), b1 = rnd::alt(kRoundY.b, 16384), sixteen = w16::k(16);
+    auto half = [&](__m512i rgPairs, __m512i bPairs) {
+        return _mm512_srai_epi32(d32::add(_mm512_madd_epi16(rgPairs, rg), _mm512_madd_epi16(bPairs, b1)), 14);
+    };
+    return _mm512_packs_epi32(half(_mm512_unpacklo_epi16(R, G), _mm512_unpacklo_epi16(B, sixteen)),
+                              half(_mm512_unpackhi_epi16(R, G), _mm512_unpackhi_epi16(B, sixteen)));
 }
+// Chroma of cells from sums held in dwords (at most 1020): (SR, SG) and
+// (SB, 512) by multiply-add, the 512 giving the 8388608.
 KRO_INLINE __m512i vecDotChroma(const Row3& k, __m512i SR, __m512i SG, __m512i SB) {
-    return _mm512_srai_epi32(d32::add(vecDot(k, SR, SG, SB), d32::k(8388608)), 16);
+    const __m512i rg = _mm512_or_si512(SR, _mm512_slli_epi32(SG, 16)), b1 = _mm512_or_si512(SB, d32::k(512 << 16));
+    return _mm512_srai_epi32(
+        d32::add(_mm512_madd_epi16(rg, rnd::alt(k.r, k.g)), _mm512_madd_epi16(b1, rnd::alt(k.b, 16384))), 16);
 }
 
 // ---- gamma ---------------------------------------------------------------------------------
