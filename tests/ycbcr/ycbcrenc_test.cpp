@@ -598,27 +598,6 @@ std::vector<Buf> solid(const char* name, int w, int h, Px c) {
     return d.regions();
 }
 
-// White and black give Y 235 and 16 and chroma 128 in every form (the first
-// filtered pair of a row aside).
-TEST(Values, WhiteAndBlack) {
-    for (const Member& m : members())
-        for (int w : {33, 40})
-            for (Px c : {Px{255, 255, 255}, Px{0, 0, 0}}) {
-                const std::vector<Buf> o = solid(m.name, w, 2, c);
-                const int yv = c.a ? 235 : 16;
-                if (m.out == Out::C2) {
-                    const bool cbFirst = std::string(m.name).find("CbYCr") != std::string::npos;
-                    const bool filter = cbFirst && std::string(m.name).rfind("RGB", 0) == 0;
-                    for (int x = 0; x < w; ++x) EXPECT_EQ(o[0].at(2 * x + cbFirst, 0), yv) << m.name << " " << x;
-                    for (int x = filter ? 2 : 0; x < w; ++x) EXPECT_EQ(o[0].at(2 * x + !cbFirst, 0), 128) << m.name << " " << x;
-                } else {
-                    for (int x = 0; x < (m.out == Out::P411 ? w & ~3 : w & ~1); ++x) EXPECT_EQ(o[0].at(x, 0), yv) << m.name;
-                    for (std::size_t p = 1; p < o.size(); ++p)
-                        for (uint8_t v : o[p].b) EXPECT_EQ(v, 128) << m.name;
-                }
-            }
-}
-
 // A constant colour away from grey: the first filtered pair of a row differs
 // from the next, pulled toward 128 by a quarter of the chroma signal.
 TEST(Values, FirstFilteredPairOfARow) {
