@@ -137,6 +137,38 @@ KROAPI KroStatus kroiYCbCrToBGR_8u_P3C4R(const Kro8u* const pSrc[3], int srcStep
 
 /* ---------------------------------------------------------------- RGB to subsampled YCbCr */
 
+/* 4:2:2 as packed streams (the order is in the name) or as planes Y, Cb, Cr with
+ * a step per plane. A width need not be even: the last odd pixel gets its Y and
+ * one chroma byte in the streams, its Y alone in the planes. */
+KROAPI KroStatus kroiRGBToYCbCr422_8u_C3C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCrCb422_8u_C3C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr422_8u_C3C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr422_8u_AC4C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToCbYCr422_8u_AC4C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToCbYCr422_8u_C3C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* pSrc, int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr422_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr422_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr422_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr422_8u_P3C2R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCrCb422_8u_P3C2R(const Kro8u* const pSrc[3], int srcStep, Kro8u* pDst, int dstStep, KroiSize roiSize);
+
+/* 4:2:0 as three planes (YCrCb: the second plane is Cr) or as Y and a plane of
+ * Cb Cr pairs; 4:1:1 as three planes. Incomplete cells are left unwritten and
+ * reported by kroWarnOddSize. */
+KROAPI KroStatus kroiRGBToYCbCr420_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr420_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr420_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCrCb420_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCrCb420_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCrCb420_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr420_8u_C3P2R(const Kro8u* pSrc, int srcStep, Kro8u* pDstY, int dstYStep, Kro8u* pDstCbCr, int dstCbCrStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr420_8u_AC4P2R(const Kro8u* pSrc, int srcStep, Kro8u* pDstY, int dstYStep, Kro8u* pDstCbCr, int dstCbCrStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr420_8u_C4P2R(const Kro8u* pSrc, int srcStep, Kro8u* pDstY, int dstYStep, Kro8u* pDstCbCr, int dstCbCrStep, KroiSize roiSize);
+KROAPI KroStatus kroiRGBToYCbCr420_8u_C3P2R(const Kro8u* pSrc, int srcStep, Kro8u* pDstY, int dstYStep, Kro8u* pDstCbCr, int dstCbCrStep, KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr411_8u_C3P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+KROAPI KroStatus kroiBGRToYCbCr411_8u_AC4P3R(const Kro8u* pSrc, int srcStep, Kro8u* const pDst[3], const int dstStep[3], KroiSize roiSize);
+
 /* (end RGB to subsampled YCbCr) */
 
 /* ---------------------------------------------------------------- subsampled YCbCr to RGB */
