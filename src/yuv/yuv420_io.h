@@ -17,7 +17,7 @@ struct SrcBgrA4 {
         return _mm512_mask_blend_epi16(0xFFFF0000u, _mm512_permutex2var_epi16(a, idx, b),
                                        _mm512_permutex2var_epi16(c, idx, d));
     }
-    KRO_INLINE RgbCells load(int c, unsigned n) const {
+    KRO_INLINE RgbCells load(std::ptrdiff_t c, unsigned n) const {
         using namespace cells;
         const Kro8u* q = p + 8 * c;
         const __m512i a = loadN512(q, part(8 * n, 0)), b = loadN512(q + 64, part(8 * n, 1)),
@@ -31,7 +31,7 @@ struct SrcBgrA4 {
 // Three-byte pixels in the order B, G, R.
 struct DstBgrC3 {
     Kro8u* p;
-    KRO_INLINE void store(int c, const RgbCells& s, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const RgbCells& s, unsigned n) const {
         DstRgbC3{p}.store(c, {{s.b[0], s.b[1]}, {s.g[0], s.g[1]}, {s.r[0], s.r[1]}}, n);
     }
 };
@@ -40,12 +40,12 @@ struct DstBgrC3 {
 template <class S>
 struct SrcRows {
     S top, bot;
-    KRO_INLINE RgbQuad load(int c, unsigned n) const { return {{top.load(c, n), bot.load(c, n)}}; }
+    KRO_INLINE RgbQuad load(std::ptrdiff_t c, unsigned n) const { return {{top.load(c, n), bot.load(c, n)}}; }
 };
 template <class D>
 struct DstRows {
     D top, bot;
-    KRO_INLINE void store(int c, const RgbQuad& q, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const RgbQuad& q, unsigned n) const {
         top.store(c, q.row[0], n);
         bot.store(c, q.row[1], n);
     }
@@ -54,7 +54,7 @@ struct DstRows {
 // Y'UV planes of one cell row.
 struct DstYuv420 {
     Kro8u *y0, *y1, *u, *v;
-    KRO_INLINE void store(int c, const YuvQuad& o, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const YuvQuad& o, unsigned n) const {
         cells::storePairs(y0, c, n, o.y[0]);
         cells::storePairs(y1, c, n, o.y[1]);
         cells::storeChroma(u, c, n, o.u);
@@ -63,7 +63,7 @@ struct DstYuv420 {
 };
 struct SrcYuv420 {
     const Kro8u *y0, *y1, *u, *v;
-    KRO_INLINE YuvQuad load(int c, unsigned n) const {
+    KRO_INLINE YuvQuad load(std::ptrdiff_t c, unsigned n) const {
         YuvQuad o;
         cells::loadPairs(y0, c, n, o.y[0]);
         cells::loadPairs(y1, c, n, o.y[1]);

@@ -24,8 +24,9 @@ void innerRGBToYUV422_8u_C3C2R(const Kro8u* s, Kro8u* d, int w) {
     dwordCells<vecH1>(src, dst, blockCells(w), w >> 1);
     if (w & 1) {  // the row ends in Y, U: no V byte
         const Px o = formL1(src.pixel(w - 1));
-        d[2 * w - 2] = o.a;
-        d[2 * w - 1] = o.b;
+        Kro8u* q = d + 2 * (static_cast<std::ptrdiff_t>(w) - 1);
+        q[0] = o.a;
+        q[1] = o.b;
     }
 }
 
@@ -73,7 +74,7 @@ void innerYUV422ToRGB_8u_C2C3R(const Kro8u* s, Kro8u* d, int w) {
     const DstRgbC3 dst{d};
     cellsToRgb<vecJ1, vecJ4>(SrcYuvC2{s}, dst, w, blockCells(w));
     if (w & 1) {
-        const Kro8u* q = s + 2 * (w - 1);
+        const Kro8u* q = s + 2 * (static_cast<std::ptrdiff_t>(w) - 1);
         dst.put(w - 1, formJ4(q[0], q[1], q[-1]));
     }
 }
@@ -199,7 +200,7 @@ KRO_ENTRY(kroiRGBToYUV422_8u_C3P3)(const Kro8u* pSrc, Kro8u* const pDst[3], Kroi
     if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pDst, 3)) return kroErrNullPtr;
     const bool oneRow = asOneRow(roi, [&](int x, int n) {
-        innerRGBToYUV422_8u_C3P3R(pSrc + 3 * x, pDst[0] + x, pDst[1] + x / 2, pDst[2] + x / 2, n);
+        innerRGBToYUV422_8u_C3P3R(pSrc + 3 * static_cast<std::ptrdiff_t>(x), pDst[0] + x, pDst[1] + x / 2, pDst[2] + x / 2, n);
     });
     if (!oneRow) {
         const int w = roi.width, c = denseChroma(w);
@@ -252,7 +253,7 @@ KRO_ENTRY(kroiYUV422ToRGB_8u_P3C3)(const Kro8u* const pSrc[3], Kro8u* pDst, Kroi
     if (const KroStatus st = checkArgs(roi, pSrc, pDst)) return st;
     if (anyNullIn(pSrc, 3)) return kroErrNullPtr;
     const bool oneRow = asOneRow(roi, [&](int x, int n) {
-        innerYUV422ToRGB_8u_P3C3R(pSrc[0] + x, pSrc[1] + x / 2, pSrc[2] + x / 2, pDst + 3 * x, n);
+        innerYUV422ToRGB_8u_P3C3R(pSrc[0] + x, pSrc[1] + x / 2, pSrc[2] + x / 2, pDst + 3 * static_cast<std::ptrdiff_t>(x), n);
     });
     if (!oneRow) {
         const int w = roi.width, c = denseChroma(w);

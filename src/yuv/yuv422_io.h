@@ -72,17 +72,17 @@ KRO_INLINE __m512i highBytes(__m512i w) { return _mm512_srli_epi16(w, 8); }
 KRO_INLINE __m512i joinBytes(__m512i lo, __m512i hi) { return _mm512_or_si512(lo, _mm512_slli_epi16(hi, 8)); }
 
 // A full-resolution plane row: cell k is bytes 2k, 2k+1.
-KRO_INLINE void loadPairs(const Kro8u* p, int c, unsigned n, __m512i (&out)[2]) {
+KRO_INLINE void loadPairs(const Kro8u* p, std::ptrdiff_t c, unsigned n, __m512i (&out)[2]) {
     const __m512i x = loadN512(p + 2 * c, 2 * n);
     out[0] = lowBytes(x);
     out[1] = highBytes(x);
 }
-KRO_INLINE void storePairs(Kro8u* p, int c, unsigned n, const __m512i (&in)[2]) {
+KRO_INLINE void storePairs(Kro8u* p, std::ptrdiff_t c, unsigned n, const __m512i (&in)[2]) {
     storeN512(p + 2 * c, joinBytes(in[0], in[1]), 2 * n);
 }
 // A chroma plane row: cell k is byte k.
-KRO_INLINE __m512i loadChroma(const Kro8u* p, int c, unsigned n) { return _mm512_cvtepu8_epi16(loadN256(p + c, n)); }
-KRO_INLINE void storeChroma(Kro8u* p, int c, unsigned n, __m512i w) { storeN256(p + c, _mm512_cvtepi16_epi8(w), n); }
+KRO_INLINE __m512i loadChroma(const Kro8u* p, std::ptrdiff_t c, unsigned n) { return _mm512_cvtepu8_epi16(loadN256(p + c, n)); }
+KRO_INLINE void storeChroma(Kro8u* p, std::ptrdiff_t c, unsigned n, __m512i w) { storeN256(p + c, _mm512_cvtepi16_epi8(w), n); }
 
 // The low 16 word lanes as dwords, and dwords back to the low 16 word lanes.
 KRO_INLINE __m512i widen(__m512i w) { return _mm512_cvtepu16_epi32(_mm512_castsi512_si256(w)); }
@@ -100,7 +100,7 @@ struct SrcRgbC3 {
         return _mm512_mask_blend_epi16(kC3High<i>, _mm512_permutex2var_epi16(a, vec(kC3From<i>), b),
                                        _mm512_permutex2var_epi16(b, vec(kC3FromHigh<i>), c));
     }
-    KRO_INLINE RgbCells load(int c, unsigned n) const {
+    KRO_INLINE RgbCells load(std::ptrdiff_t c, unsigned n) const {
         using namespace cells;
         const Kro8u* q = p + 6 * c;
         const __m512i a = loadN512(q, part(6 * n, 0)), b = loadN512(q + 64, part(6 * n, 1)),
@@ -108,19 +108,19 @@ struct SrcRgbC3 {
         const __m512i w0 = place<0>(a, b, d), w1 = place<1>(a, b, d), w2 = place<2>(a, b, d);
         return {{lowBytes(w0), highBytes(w1)}, {highBytes(w0), lowBytes(w2)}, {lowBytes(w1), highBytes(w2)}};
     }
-    KRO_INLINE Px pixel(int x) const { return {p[3 * x], p[3 * x + 1], p[3 * x + 2]}; }
+    KRO_INLINE Px pixel(std::ptrdiff_t x) const { return {p[3 * x], p[3 * x + 1], p[3 * x + 2]}; }
 };
 
 struct SrcRgbP3 {
     const Kro8u *r, *g, *b;
-    KRO_INLINE RgbCells load(int c, unsigned n) const {
+    KRO_INLINE RgbCells load(std::ptrdiff_t c, unsigned n) const {
         RgbCells o;
         cells::loadPairs(r, c, n, o.r);
         cells::loadPairs(g, c, n, o.g);
         cells::loadPairs(b, c, n, o.b);
         return o;
     }
-    KRO_INLINE Px pixel(int x) const { return {r[x], g[x], b[x]}; }
+    KRO_INLINE Px pixel(std::ptrdiff_t x) const { return {r[x], g[x], b[x]}; }
 };
 
 // ---- Y'UV destinations ------------------------------------------------------------------
@@ -128,7 +128,7 @@ struct SrcRgbP3 {
 // Y0 U Y1 V.
 struct DstYuvC2 {
     Kro8u* p;
-    KRO_INLINE void store(int c, const YuvCells& o, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const YuvCells& o, unsigned n) const {
         using namespace cells;
         const __m512i lo = joinBytes(o.y[0], o.u), hi = joinBytes(o.y[1], o.v);
         Kro8u* q = p + 4 * c;
@@ -139,7 +139,7 @@ struct DstYuvC2 {
 
 struct DstYuvP3 {
     Kro8u *y, *u, *v;
-    KRO_INLINE void store(int c, const YuvCells& o, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const YuvCells& o, unsigned n) const {
         cells::storePairs(y, c, n, o.y);
         cells::storeChroma(u, c, n, o.u);
         cells::storeChroma(v, c, n, o.v);
@@ -150,7 +150,7 @@ struct DstYuvP3 {
 
 struct SrcYuvC2 {
     const Kro8u* p;
-    KRO_INLINE YuvCells load(int c, unsigned n) const {
+    KRO_INLINE YuvCells load(std::ptrdiff_t c, unsigned n) const {
         using namespace cells;
         const Kro8u* q = p + 4 * c;
         const __m512i a = loadN512(q, part(4 * n, 0)), b = loadN512(q + 64, part(4 * n, 1));
@@ -162,7 +162,7 @@ struct SrcYuvC2 {
 
 struct SrcYuvP3 {
     const Kro8u *y, *u, *v;
-    KRO_INLINE YuvCells load(int c, unsigned n) const {
+    KRO_INLINE YuvCells load(std::ptrdiff_t c, unsigned n) const {
         YuvCells o;
         cells::loadPairs(y, c, n, o.y);
         o.u = cells::loadChroma(u, c, n);
@@ -181,7 +181,7 @@ struct DstRgbC3 {
         const __m512i idx = vec(kC3To<j>);
         return _mm512_mask_permutexvar_epi16(_mm512_permutex2var_epi16(w0, idx, w1), kC3ToLast<j>, idx, w2);
     }
-    KRO_INLINE void store(int c, const RgbCells& s, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const RgbCells& s, unsigned n) const {
         using namespace cells;
         const __m512i w0 = joinBytes(s.r[0], s.g[0]), w1 = joinBytes(s.b[0], s.r[1]), w2 = joinBytes(s.g[1], s.b[1]);
         Kro8u* q = p + 6 * c;
@@ -189,13 +189,13 @@ struct DstRgbC3 {
         storeN512(q + 64, out<1>(w0, w1, w2), part(6 * n, 1));
         storeN512(q + 128, out<2>(w0, w1, w2), part(6 * n, 2));
     }
-    KRO_INLINE void put(int x, Px v) const { p[3 * x] = v.a; p[3 * x + 1] = v.b; p[3 * x + 2] = v.c; }
+    KRO_INLINE void put(std::ptrdiff_t x, Px v) const { p[3 * x] = v.a; p[3 * x + 1] = v.b; p[3 * x + 2] = v.c; }
 };
 
 // Four samples a pixel, the fourth written as 0.
 struct DstRgbA4 {
     Kro8u* p;
-    KRO_INLINE void store(int c, const RgbCells& s, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const RgbCells& s, unsigned n) const {
         using namespace cells;
         // Words (R | G << 8, B) of each pixel paired to dwords: lane l of e0
         // holds the first pixels of cells 8l..8l+3, of e1 those of 8l+4..8l+7.
@@ -214,17 +214,17 @@ struct DstRgbA4 {
         storeN512(q + 128, _mm512_shuffle_i64x2(t2, t3, 0x88), part(8 * n, 2));
         storeN512(q + 192, _mm512_shuffle_i64x2(t2, t3, 0xDD), part(8 * n, 3));
     }
-    KRO_INLINE void put(int x, Px v) const { p[4 * x] = v.a; p[4 * x + 1] = v.b; p[4 * x + 2] = v.c; p[4 * x + 3] = 0; }
+    KRO_INLINE void put(std::ptrdiff_t x, Px v) const { p[4 * x] = v.a; p[4 * x + 1] = v.b; p[4 * x + 2] = v.c; p[4 * x + 3] = 0; }
 };
 
 struct DstRgbP3 {
     Kro8u *r, *g, *b;
-    KRO_INLINE void store(int c, const RgbCells& s, unsigned n) const {
+    KRO_INLINE void store(std::ptrdiff_t c, const RgbCells& s, unsigned n) const {
         cells::storePairs(r, c, n, s.r);
         cells::storePairs(g, c, n, s.g);
         cells::storePairs(b, c, n, s.b);
     }
-    KRO_INLINE void put(int x, Px v) const { r[x] = v.a; g[x] = v.b; b[x] = v.c; }
+    KRO_INLINE void put(std::ptrdiff_t x, Px v) const { r[x] = v.a; g[x] = v.b; b[x] = v.c; }
 };
 
 // ---- widening for the 32-bit forms ---------------------------------------------------------
