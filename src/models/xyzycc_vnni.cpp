@@ -5,51 +5,11 @@
 #include "internal.h"
 #include "models/xyzycc_forms.h"
 #include "models/xyzycc_vnni.h"
-#include "simd.h"
+#include "vnni.h"
 
 namespace k0::xyzycc {
 namespace {
-
-// Two 16-bit factors, the first word's and the second's.
-KRO_INLINE __m512i pair(int lo, int hi) {
-    return _mm512_set1_epi32(static_cast<int>((static_cast<unsigned>(hi) << 16) | (static_cast<unsigned>(lo) & 0xFFFF)));
-}
-
-// Byte-permute indices that put bytes b0 and b1 of pixel k into the two even
-// bytes of element k (the odd bytes are cleared by the mask kEven).
-template <int P>
-__m512i gatherPair(int b0, int b1) {
-    alignas(64) int8_t idx[64] = {};
-    for (int k = 0; k < 16; ++k) {
-        idx[4 * k] = static_cast<int8_t>(P * k + b0);
-        idx[4 * k + 2] = static_cast<int8_t>(P * k + b1);
-    }
-    return _mm512_load_si512(idx);
-}
-inline constexpr __mmask64 kEven = 0x5555555555555555ULL;
-
-// Byte 2 of each element of three accumulators to the samples of 16 pixels;
-// with P = 4 the fourth byte is zero.
-template <int P>
-struct Scatter {
-    __m512i ab, c;
-    __mmask64 mab = 0, mc = 0;
-    Scatter() {
-        alignas(64) int8_t iab[64] = {}, ic[64] = {};
-        for (int k = 0; k < 16; ++k) {
-            iab[P * k] = static_cast<int8_t>(4 * k + 2);
-            iab[P * k + 1] = static_cast<int8_t>(64 + 4 * k + 2);
-            ic[P * k + 2] = static_cast<int8_t>(4 * k + 2);
-            mab |= 3ULL << (P * k);
-            mc |= 4ULL << (P * k);
-        }
-        ab = _mm512_load_si512(iab);
-        c = _mm512_load_si512(ic);
-    }
-    KRO_INLINE __m512i operator()(__m512i a, __m512i b, __m512i cc) const {
-        return _mm512_mask_permutexvar_epi8(_mm512_maskz_permutex2var_epi8(mab, a, ab, b), mc, c, cc);
-    }
-};
+using namespace vnni;
 
 // The weights of rgbToXyzQ16 on the pairs (R, G) and (G, B): 46868 G is
 // 23434 G twice, once in each pair; 62274 B is 31137 B twice. Z starts at
@@ -76,31 +36,11 @@ struct XyzQ16 {
     }
 };
 
-// One row: four blocks of 16 pixels a turn while 64 remain, then single
-// blocks, then one block under a byte mask. Four-byte pixels are stored
-// whole, their fourth byte zero.
-template <int P>
-KRO_INLINE void innerRGBToXYZ_8u_vnni(const Kro8u* s, Kro8u* d, int w, const XyzQ16<P>& form) {
-    const __mmask64 full = lowBits64(16 * P);
-    const auto block = [&](int x, __mmask64 m) {
-        _mm512_mask_storeu_epi8(d + P * x, m, form(_mm512_maskz_loadu_epi8(m, s + P * x)));
-    };
-    int x = 0;
-    for (; x + 64 <= w; x += 64) {
-        block(x, full);
-        block(x + 16, full);
-        block(x + 32, full);
-        block(x + 48, full);
-    }
-    for (; x + 16 <= w; x += 16) block(x, full);
-    if (x < w) block(x, lowBits64(static_cast<unsigned>(P * (w - x))));
-}
-
 __attribute__((noinline)) void innerRGBToXYZ_8u_C3R_vnni(const Kro8u* s, Kro8u* d, int w, const XyzQ16<3>& form) {
-    innerRGBToXYZ_8u_vnni<3>(s, d, w, form);
+    row<3>(s, d, w, form);
 }
 __attribute__((noinline)) void innerRGBToXYZ_8u_AC4R_vnni(const Kro8u* s, Kro8u* d, int w, const XyzQ16<4>& form) {
-    innerRGBToXYZ_8u_vnni<4>(s, d, w, form);
+    row<4>(s, d, w, form);
 }
 
 template <int P, class Kernel>
