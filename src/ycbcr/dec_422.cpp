@@ -22,11 +22,14 @@ KRO_INLINE void oddPixel(const Kro8u* row, const D& d, int w) {
     if (!(w & 1)) return;
     const int p = w >> 1;
     const Kro8u* q = row + 4 * p;
-    const int y = q[S::kOffY], a = q[1 - S::kOffY], b = q[-1 - S::kOffY];  // b: before the row when p is 0
-    if constexpr (R == Odd::P) d.put(w - 1, formLongA(y, a, p != 1 ? b : a));
-    else if constexpr (R == Odd::W) d.put(w - 1, formLongA(y, a, w != 1 ? b : a));
+    const int y = q[S::kOffY], a = q[1 - S::kOffY];
+    // b is read only where the rule uses it; rules P and T read it before the
+    // row at width 1.
+    const auto b = [q] { return static_cast<int>(q[-1 - S::kOffY]); };
+    if constexpr (R == Odd::P) d.put(w - 1, formLongA(y, a, p != 1 ? b() : a));
+    else if constexpr (R == Odd::W) d.put(w - 1, formLongA(y, a, w != 1 ? b() : a));
     else if constexpr (R == Odd::S) d.put(w - 1, formLongASingleG(y, a));
-    else d.put(w - 1, formLongB57(y, a, b));
+    else d.put(w - 1, formLongB57(y, a, b()));
 }
 
 // A packed row: `Pieces` on the first nShort pixels, `form` on the remaining
