@@ -20,6 +20,8 @@ namespace {
 struct Cursor {
     const Call& c;
     int side = 0, plane = 0, lastSide = 0, lastPlane = 0;
+    bool lastWasArray = false;
+    uint8_t sharedStep = 0;  // sides whose planes share one step
 };
 
 template <class A>
@@ -32,20 +34,27 @@ A arg(Cursor& k) {
     } else if constexpr (std::is_same_v<T, BayerPattern>) {
         return static_cast<BayerPattern>(k.c.grid);
     } else if constexpr (std::is_same_v<T, int>) {
+        if (k.lastWasArray) k.sharedStep |= 1 << k.lastSide;
+        k.lastWasArray = false;
         return k.c.step[k.lastSide][k.lastPlane];
     } else if constexpr (std::is_same_v<T, const int*>) {
+        if (k.c.nullSteps[k.lastSide]) return k.c.passedNull = true, nullptr;
         return k.c.step[k.lastSide];
     } else if constexpr (std::is_pointer_v<T> && std::is_pointer_v<std::remove_cv_t<std::remove_pointer_t<T>>>) {
         const int s = k.side++;
         k.lastSide = s;
+        k.lastWasArray = true;
         k.lastPlane = 0;
         k.plane = 0;
+        if (k.c.nullArray[s]) return k.c.passedNull = true, nullptr;
+        for (int p = 0; p < k.c.planes[s]; ++p) k.c.passedNull |= k.c.plane[s][p] == nullptr;
         return static_cast<T>(const_cast<void*>(static_cast<const void*>(k.c.plane[s])));
     } else if constexpr (std::is_pointer_v<T>) {
         if (k.side >= 2) return static_cast<T>(const_cast<void*>(k.c.coeffs));
         const int s = k.side, p = k.plane;
         k.lastSide = s;
         k.lastPlane = p;
+        k.c.passedNull |= k.c.plane[s][p] == nullptr;
         if (++k.plane == k.c.planes[s]) {
             ++k.side;
             k.plane = 0;
@@ -68,6 +77,12 @@ struct Invoker<F> {
         std::tuple<A...> args{arg<A>(k)...};  // braces: evaluated left to right
         return std::apply(F, args);
     }
+    static uint8_t sharedStep(const Call& c) {
+        Cursor k{c};
+        std::tuple<A...> args{arg<A>(k)...};
+        (void)args;
+        return k.sharedStep;
+    }
 };
 
 // ---- geometry --------------------------------------------------------------
@@ -87,7 +102,8 @@ constexpr Side P3_411{3, {Plane{1, 1, 1, false}, Plane{1, 4, 1, false}, Plane{1,
 constexpr Side P3_420{3, {Plane{1, 1, 1, false}, Plane{1, 2, 2, true}, Plane{1, 2, 2, true}}};
 constexpr Side P2_420{2, {Plane{1, 1, 1, false}, Plane{2, 2, 2, true}}};
 
-#define ROW(fn, src, dst, ...) Row{#fn, src, dst, uint8_t(kNone __VA_OPT__(|) __VA_ARGS__), &Invoker<&fn>::call}
+#define ROW(fn, src, dst, ...) Row{#fn, src, dst, uint8_t(kNone __VA_OPT__(|) __VA_ARGS__), &Invoker<&fn>::call, \
+                                     &Invoker<&fn>::sharedStep}
 
 const Row kRows[] = {
     // RGB <-> Y'UV 4:4:4
@@ -95,7 +111,7 @@ const Row kRows[] = {
     ROW(kroiRGBToYUV_8u_AC4R, C(4), C(4)),
     ROW(kroiRGBToYUV_8u_C3P3R, C(3), P(3, 1)),
     ROW(kroiRGBToYUV_8u_P3R, P(3, 1), P(3, 1)),
-    ROW(kroiRGBToYUV_8u_AC4P4R, C(4), P(4, 1)),
+    ROW(kroiRGBToYUV_8u_AC4P4R, C(4), P(4, 1), kUntestedDstPlane3),
     ROW(kroiYUVToRGB_8u_C3R, C(3), C(3)),
     ROW(kroiYUVToRGB_8u_AC4R, C(4), C(4)),
     ROW(kroiYUVToRGB_8u_C3C4R, C(3), C(4)),
@@ -128,7 +144,7 @@ const Row kRows[] = {
     ROW(kroiRGBToYCbCr_8u_C3R, C(3), C(3)),
     ROW(kroiRGBToYCbCr_8u_AC4R, C(4), C(4)),
     ROW(kroiRGBToYCbCr_8u_C3P3R, C(3), P(3, 1)),
-    ROW(kroiRGBToYCbCr_8u_AC4P3R, C(4), P(3, 1)),
+    ROW(kroiRGBToYCbCr_8u_AC4P3R, C(4), P(3, 1), kUntestedDstArray),
     ROW(kroiRGBToYCbCr_8u_P3R, P(3, 1), P(3, 1)),
     ROW(kroiYCbCrToRGB_8u_C3R, C(3), C(3)),
     ROW(kroiYCbCrToRGB_8u_AC4R, C(4), C(4)),
@@ -336,7 +352,10 @@ bool isContractStatus(KroStatus s) {
 
 namespace {
 constexpr std::size_t kMargin = 64;
-constexpr std::size_t kPad = 29;
+// Padding after each row: a multiple of 8 where a pixel has an even number
+// of bytes, so that rows of 16-, 32- and 64-bit samples stay whole samples
+// apart (a step of a part sample is outside what the functions promise).
+constexpr std::size_t padFor(const Plane& p) { return p.num % 2 ? 29 : 40; }
 }  // namespace
 
 Planes::Planes(const Side& side, KroiSize region, const StepMode modes[4], bool dense, uint32_t seed) {
@@ -345,7 +364,7 @@ Planes::Planes(const Side& side, KroiSize region, const StepMode modes[4], bool 
         const std::size_t rb = planeRowBytes(side.plane[p], region.width);
         const int rows = planeRows(side.plane[p], region.height);
         const StepMode m = dense ? StepMode::Tight : modes[p];
-        const std::size_t pitch = m == StepMode::Tight ? rb : rb + kPad;
+        const std::size_t pitch = m == StepMode::Tight ? rb : rb + padFor(side.plane[p]);
         const std::size_t span = m == StepMode::Zero ? rb : pitch * static_cast<std::size_t>(std::max(rows, 0));
         std::vector<uint8_t> buf(2 * kMargin + span, kCanary);
         std::size_t origin = kMargin;
@@ -367,21 +386,16 @@ Planes::Planes(const Side& side, KroiSize region, const StepMode modes[4], bool 
     }
 }
 
-bool Planes::inRegion(int p, std::size_t off) const {
-    const std::ptrdiff_t d = static_cast<std::ptrdiff_t>(off) - static_cast<std::ptrdiff_t>(origin_[p]);
-    const int s = step_[p];
-    for (int y = 0; y < rows_[p]; ++y) {
-        const std::ptrdiff_t start = static_cast<std::ptrdiff_t>(y) * s;
-        if (d >= start && d < start + static_cast<std::ptrdiff_t>(rowBytes_[p])) return true;
-        if (s == 0) break;
-    }
-    return false;
-}
-
 bool Planes::outsideIntact() const {
-    for (int p = 0; p < count(); ++p)
+    for (int p = 0; p < count(); ++p) {
+        std::vector<uint8_t> inside(bufs_[p].size(), 0);
+        for (int y = 0; y < rows_[p]; ++y) {
+            const std::size_t start = origin_[p] + static_cast<std::ptrdiff_t>(y) * step_[p];
+            std::fill_n(inside.begin() + static_cast<std::ptrdiff_t>(start), rowBytes_[p], 1);
+        }
         for (std::size_t i = 0; i < bufs_[p].size(); ++i)
-            if (bufs_[p][i] != kCanary && !inRegion(p, i)) return false;
+            if (!inside[i] && bufs_[p][i] != kCanary) return false;
+    }
     return true;
 }
 
@@ -395,11 +409,25 @@ std::vector<uint8_t> Planes::region() const {
     return out;
 }
 
+uint8_t sharedStepSides(const Row& row) {
+    Call c;
+    c.planes[0] = row.src.planes;
+    c.planes[1] = row.dst.planes;
+    return row.sharedStep(c);
+}
+
 Job::Job(const Row& row, KroiSize size, KroiRect rect, const StepMode srcModes[4], const StepMode dstModes[4],
          uint32_t seed)
-    : row(&row),
-      src(row.src, sideRegion(row, 0, size, rect), srcModes, row.flags & kDense, seed),
-      dst(row.dst, sideRegion(row, 1, size, rect), dstModes, row.flags & kDense, seed ^ 0x9e3779b9u) {
+    : row(&row) {
+    // Planes that share one step are laid out alike.
+    const uint8_t shared = sharedStepSides(row);
+    StepMode modes[2][4];
+    for (int p = 0; p < 4; ++p) {
+        modes[0][p] = (shared & 1) ? srcModes[0] : srcModes[p];
+        modes[1][p] = (shared & 2) ? dstModes[0] : dstModes[p];
+    }
+    src = Planes(row.src, sideRegion(row, 0, size, rect), modes[0], row.flags & kDense, seed);
+    dst = Planes(row.dst, sideRegion(row, 1, size, rect), modes[1], row.flags & kDense, seed ^ 0x9e3779b9u);
     call.size = size;
     call.rect = rect;
     call.planes[0] = row.src.planes;

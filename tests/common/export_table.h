@@ -39,6 +39,10 @@ enum Flag : uint8_t {
     // At width 1 the last pair is read and written whole: one pixel beyond the
     // region, on both sides.
     kPairAtWidth1 = 16,
+    // Null pointers that the function reads without a test (the caller's
+    // fault): the destination plane array itself, or its fourth member.
+    kUntestedDstArray = 32,
+    kUntestedDstPlane3 = 64,
 };
 
 // What a call receives. Planes and steps stand in argument order: side 0 is
@@ -53,6 +57,9 @@ struct Call {
     int64_t alphaInt = 0;  // alpha argument of an integer destination
     double alphaFloat = 0; // alpha argument of a float destination
     const void* coeffs = nullptr;  // gray weights (null: the defaults)
+    bool nullArray[2] = {};        // pass a null plane array for this side
+    bool nullSteps[2] = {};        // pass a null array of steps for this side
+    mutable bool passedNull = false;  // set by the call: a null pointer was passed
 };
 
 struct Row {
@@ -60,6 +67,7 @@ struct Row {
     Side src, dst;
     uint8_t flags;
     KroStatus (*call)(const Call&);
+    uint8_t (*sharedStep)(const Call&);  // see sharedStepSides
 };
 
 std::span<const Row> exportTable();
@@ -72,6 +80,10 @@ int planeRows(const Plane& p, int h);
 // The region that a call with this size (and, for demosaicing, this source
 // rectangle) covers on each side, in luma pixels.
 KroiSize sideRegion(const Row& row, int side, KroiSize size, KroiRect rect);
+
+// The sides (bit 0 source, bit 1 destination) whose planes are passed with
+// one step for all of them.
+uint8_t sharedStepSides(const Row& row);
 
 // Bytes before each source row that a call of width w may read.
 int readsBeforeRow(const Row& row, int w);
@@ -105,7 +117,6 @@ public:
     bool sameAs(const std::vector<std::vector<uint8_t>>& s) const { return bufs_ == s; }
 
 private:
-    bool inRegion(int p, std::size_t off) const;
     std::vector<std::vector<uint8_t>> bufs_;
     std::vector<std::size_t> origin_, rowBytes_;
     std::vector<int> step_, rows_;
