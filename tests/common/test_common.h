@@ -101,7 +101,7 @@ inline int bppOf(Lay l) { return l == Lay::C3 ? 3 : l == Lay::C4 ? 4 : 1; }
 
 // Three samples of a pixel, as the families' forms give them.
 struct Px3 { uint8_t a, b, c; };
-template <class A, class B>
+template <class A, class B = A>
 bool samePx(const A& x, const B& y) { return x.a == y.a && x.b == y.b && x.c == y.c; }
 template <class P>
 std::string str(const P& p) {
