@@ -61,7 +61,7 @@ public:
     // Dense planes that end right before an inaccessible page or begin right
     // after one. With `dropOdd`, a full-resolution plane ends where its last
     // whole 2x2 cell ends: the odd last row and the odd last pixel before it
-    // lie in the inaccessible page.
+    // lie in the inaccessible page (4:2:0 reads and writes whole cells only).
     Image(Lay l, int w_, int h_, kt::Guarded::Side side, bool dropOdd = false)
         : lay(l), w(w_), h(h_), sizes(planeSizes(l, w_, h_)) {
         for (std::size_t i = 0; i < sizes.size(); ++i) {
@@ -107,13 +107,6 @@ public:
             for (std::size_t k = 0; k < n; k += rb) b[i].insert(b[i].end(), &at(i, 0, k / rb), &at(i, 0, k / rb) + std::min(rb, n - k));
         }
         return b;
-    }
-    // Rows from the last up, with negative steps: the same image to a caller.
-    void flip() {
-        for (int i = 0; i < planes(); ++i) {
-            p[i] += static_cast<std::ptrdiff_t>(sizes[i].rows - 1) * step[i];
-            step[i] = -step[i];
-        }
     }
 
 private:
