@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -141,6 +142,16 @@ struct Img {
     // Rows needed to hold the cube at width w.
     static int cubeRows(int w) { return static_cast<int>(((1u << 24) + w - 1) / w); }
 };
+
+// ---- tables ----------------------------------------------------------------
+
+// The entry of a table of members by its name.
+template <class M>
+const M& byName(const std::vector<M>& all, const std::string& name) {
+    for (const M& m : all)
+        if (name == m.name) return m;
+    throw std::logic_error(name);
+}
 
 // ---- data -----------------------------------------------------------------
 

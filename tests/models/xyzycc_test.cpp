@@ -126,11 +126,7 @@ const std::vector<Member>& members() {
     return m;
 }
 
-const Member& member(const std::string& name) {
-    for (const Member& m : members())
-        if (m.name == name) return m;
-    throw std::runtime_error(name);
-}
+const Member& member(const std::string& name) { return kt::byName(members(), name); }
 
 // ---- images -------------------------------------------------------------------------------
 

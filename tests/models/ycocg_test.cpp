@@ -252,14 +252,8 @@ std::size_t roundTrip(const Fwd& f, const Inv& i, const kt::Canvas& src, int w, 
     return wrong;
 }
 
-const Fwd& fwdNamed(const char* n) {
-    for (const Fwd& m : forwards()) if (std::strcmp(m.name, n) == 0) return m;
-    throw std::runtime_error(n);
-}
-const Inv& invNamed(const char* n) {
-    for (const Inv& m : inverses()) if (std::strcmp(m.name, n) == 0) return m;
-    throw std::runtime_error(n);
-}
+const Fwd& fwdNamed(const std::string& n) { return kt::byName(forwards(), n); }
+const Inv& invNamed(const std::string& n) { return kt::byName(inverses(), n); }
 
 TEST(YCoCgRoundTrip, LiftingRestoresEveryColour) {
     kt::Canvas cube(4096 * 3, 4096, 0);

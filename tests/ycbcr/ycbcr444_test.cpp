@@ -275,11 +275,7 @@ const std::vector<Member>& members() {
     return m;
 }
 
-const Member& member(const std::string& name) {
-    for (const Member& m : members())
-        if (name == m.name) return m;
-    throw std::runtime_error(name);
-}
+const Member& member(const std::string& name) { return kt::byName(members(), name); }
 
 Px outOf(const Member& m, Img& d, int x, int y) {
     const kt::Px3 v = d.get(x, y);

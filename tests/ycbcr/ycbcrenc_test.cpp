@@ -464,11 +464,7 @@ const std::vector<Member>& members() {
     return m;
 }
 
-const Member& member(const std::string& name) {
-    for (const Member& m : members())
-        if (name == m.name) return m;
-    throw std::runtime_error(name);
-}
+const Member& member(const std::string& name) { return kt::byName(members(), name); }
 
 KroStatus statusOf(const Member& m, int w, int h) {
     if (m.out == Out::P411) return w & 3 ? kroWarnOddSize : kroOk;

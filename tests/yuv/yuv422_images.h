@@ -17,6 +17,7 @@
 namespace yt {
 
 using k0::yuv::Px;
+using kt::byName;
 
 enum class Lay { RgbC3, BgrC3, RgbP3, RgbA4, BgrA4, YuvC2, Yuv422, Yuv420 };
 
@@ -227,14 +228,6 @@ inline void checkValidation(const char* name, Lay in, Lay out, const Call& call,
         last = keep;
     }
     EXPECT_EQ(d.bytes(), before) << name << " wrote on a failed call";
-}
-
-// The member of a list by its name.
-template <class M>
-const M& byName(const std::vector<M>& all, const std::string& name) {
-    for (const M& m : all)
-        if (name == m.name) return m;
-    throw std::logic_error(name);
 }
 
 }  // namespace yt

@@ -229,11 +229,7 @@ void sweep(const Member& m, Path path, int w, Form want, bool inPlace = false) {
     EXPECT_EQ(bad, 0u);
 }
 
-const Member& member(const char* name) {
-    for (const Member& m : members())
-        if (std::string(m.name) == name) return m;
-    throw std::runtime_error(name);
-}
+const Member& member(const std::string& name) { return kt::byName(members(), name); }
 
 TEST(AllColours, ForwardStages) {
     using namespace k0::yuv;
