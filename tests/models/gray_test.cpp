@@ -5,6 +5,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <tuple>
 
 #include "models/gray_forms.h"
 #include "test_common.h"
@@ -66,18 +67,14 @@ void sweepCube(Gray8u fn, int stride, const float* c, int w, bool block) {
     }
 }
 
-TEST(Gray8u, BlockStageOverTheCube) {
-    sweepCube(kroiColorToGray_8u_C3C1R, 3, nullptr, 4096, true);
-    for (const auto& c : kWeightSets) sweepCube(kroiColorToGray_8u_C3C1R, 3, c, 4096, true);
-    sweepCube(kroiColorToGray_8u_AC4C1R, 4, nullptr, 4096, true);
-    sweepCube(kroiColorToGray_8u_AC4C1R, 4, kWeightSets[3], 4096, true);
-}
-
-TEST(Gray8u, RemainderStageOverTheCube) {
-    sweepCube(kroiColorToGray_8u_C3C1R, 3, nullptr, 15, false);
-    for (const auto& c : kWeightSets) sweepCube(kroiColorToGray_8u_C3C1R, 3, c, 15, false);
-    sweepCube(kroiColorToGray_8u_AC4C1R, 4, nullptr, 7, false);
-    sweepCube(kroiColorToGray_8u_AC4C1R, 4, kWeightSets[3], 15, false);
+// Rows of 4096 pixels are all block; rows of 15 (or 7) all remainder.
+TEST(Gray8u, BothStagesOverTheCube) {
+    for (auto [w3, w4, block] : {std::tuple{4096, 4096, true}, {15, 7, false}}) {
+        sweepCube(kroiColorToGray_8u_C3C1R, 3, nullptr, w3, block);
+        for (const auto& c : kWeightSets) sweepCube(kroiColorToGray_8u_C3C1R, 3, c, w3, block);
+        sweepCube(kroiColorToGray_8u_AC4C1R, 4, nullptr, w4, block);
+        sweepCube(kroiColorToGray_8u_AC4C1R, 4, kWeightSets[3], block ? 4096 : 15, block);
+    }
 }
 
 // The first width & ~15 pixels of a row take the block stage, the rest the
