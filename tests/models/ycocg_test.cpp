@@ -61,7 +61,7 @@ FwdCall fwdCall(KroStatus (*f)(const Ts*, int, Tp**, int, KroiSize)) {
 // Both kinds of inverse: with and without an alpha argument.
 template <class Tp, class Td, class... Alpha>
 InvCall invCall(KroStatus (*f)(const Tp**, int, Td*, int, KroiSize, Alpha...)) {
-    return [f](const void* const* p, int ss, void* d, int ds, KroiSize r, int32_t a) {
+    return [f](const void* const* p, int ss, void* d, int ds, KroiSize r, [[maybe_unused]] int32_t a) {
         const Tp* pp[3] = {};
         if (p) for (int i = 0; i < 3; ++i) pp[i] = static_cast<const Tp*>(p[i]);
         return f(p ? pp : nullptr, ss, static_cast<Td*>(d), ds, r, static_cast<Alpha>(a)...);
