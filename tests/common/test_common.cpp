@@ -87,6 +87,56 @@ Guarded::Guarded(std::size_t bytes, Side side) {
 
 Guarded::~Guarded() { munmap(map_, mapBytes_); }
 
+Img::Img(Lay l, int w_, int h_, std::size_t pad) : lay(l), w(w_), h(h_) {
+    for (int i = 0; i < planesOf(l); ++i) {
+        canvases.push_back(std::make_unique<Canvas>(static_cast<std::size_t>(w) * bppOf(l), h, pad));
+        p[i] = canvases.back()->data();
+        step = canvases.back()->step();
+    }
+}
+
+Kro8u& Img::at(int c, int x, int y) {
+    const bool packed = planesOf(lay) == 1;
+    return p[packed ? 0 : c][static_cast<std::ptrdiff_t>(y) * step + (packed ? x * bppOf(lay) + c : x)];
+}
+
+void Img::randomize(uint32_t seed) {
+    for (std::size_t i = 0; i < canvases.size(); ++i) canvases[i]->randomize(seed + static_cast<uint32_t>(i));
+}
+
+bool Img::intact() const {
+    for (auto& c : canvases)
+        if (!c->canariesIntact()) return false;
+    return true;
+}
+
+std::vector<std::vector<uint8_t>> Img::snapshot() const {
+    std::vector<std::vector<uint8_t>> s;
+    for (auto& c : canvases) s.push_back(c->snapshot());
+    return s;
+}
+
+bool Img::unchanged(const std::vector<std::vector<uint8_t>>& s) const {
+    for (std::size_t i = 0; i < canvases.size(); ++i)
+        if (!canvases[i]->untouchedSince(s[i])) return false;
+    return true;
+}
+
+bool Img::aligned16() const {
+    bool a = step % 16 == 0;
+    for (int i = 0; i < planesOf(lay); ++i) a = a && reinterpret_cast<std::uintptr_t>(p[i]) % 16 == 0;
+    return a;
+}
+
+void Img::fillCube() {
+    const auto& cube = colourCube();
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            const std::size_t i = cubeIndex(x, y);
+            set(x, y, Px3{cube[3 * i], cube[3 * i + 1], cube[3 * i + 2]});
+        }
+}
+
 const std::vector<uint8_t>& colourCube() {
     static const std::vector<uint8_t> cube = [] {
         std::vector<uint8_t> c(3u << 24);

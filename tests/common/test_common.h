@@ -3,9 +3,13 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <random>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "krocc.h"
@@ -88,6 +92,66 @@ private:
     std::size_t mapBytes_ = 0;
     uint8_t* data_ = nullptr;
 };
+
+// ---- images of three or four channels ---------------------------------------
+
+// Interleaved three or four bytes a pixel, or three or four planes.
+enum class Lay { C3, C4, P3, P4 };
+inline int planesOf(Lay l) { return l == Lay::P3 ? 3 : l == Lay::P4 ? 4 : 1; }
+inline int bppOf(Lay l) { return l == Lay::C3 ? 3 : l == Lay::C4 ? 4 : 1; }
+
+// Three samples of a pixel, as the families' forms give them.
+struct Px3 { uint8_t a, b, c; };
+template <class A, class B = A>
+bool samePx(const A& x, const B& y) { return x.a == y.a && x.b == y.b && x.c == y.c; }
+template <class P>
+std::string str(const P& p) {
+    return "(" + std::to_string(int{p.a}) + "," + std::to_string(int{p.b}) + "," + std::to_string(int{p.c}) + ")";
+}
+
+// An image whose planes are canvases with canaries; all planes share a step.
+struct Img {
+    Lay lay;
+    int w, h;
+    std::vector<std::unique_ptr<Canvas>> canvases;
+    std::array<Kro8u*, 4> p{};
+    std::array<const Kro8u*, 4> cp{};
+    int step = 0;
+    bool nullArray = false;  // arr() and carr() give a null array
+
+    Img(Lay l, int w, int h, std::size_t pad = 37);
+    // The plane arrays as the planar functions take them.
+    Kro8u* const* arr() { return nullArray ? nullptr : p.data(); }
+    const Kro8u* const* carr() {
+        for (int i = 0; i < 4; ++i) cp[i] = p[i];
+        return nullArray ? nullptr : cp.data();
+    }
+    Kro8u& at(int c, int x, int y);
+    Px3 get(int x, int y) { return {at(0, x, y), at(1, x, y), at(2, x, y)}; }
+    template <class P>
+    void set(int x, int y, const P& v) { at(0, x, y) = v.a, at(1, x, y) = v.b, at(2, x, y) = v.c; }
+    void randomize(uint32_t seed);
+    bool intact() const;
+    std::vector<std::vector<uint8_t>> snapshot() const;
+    bool unchanged(const std::vector<std::vector<uint8_t>>& s) const;
+    bool aligned16() const;
+    // Fills the image with the colour cube, row after row, repeating it to
+    // fill the last row; cubeIndex gives the cube's pixel at (x, y).
+    void fillCube();
+    std::size_t cubeIndex(int x, int y) const { return (static_cast<std::size_t>(y) * w + x) % (1u << 24); }
+    // Rows needed to hold the cube at width w.
+    static int cubeRows(int w) { return static_cast<int>(((1u << 24) + w - 1) / w); }
+};
+
+// ---- tables ----------------------------------------------------------------
+
+// The entry of a table of members by its name.
+template <class M>
+const M& byName(const std::vector<M>& all, const std::string& name) {
+    for (const M& m : all)
+        if (name == m.name) return m;
+    throw std::logic_error(name);
+}
 
 // ---- data -----------------------------------------------------------------
 

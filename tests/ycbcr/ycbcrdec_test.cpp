@@ -425,23 +425,4 @@ TEST(Validation, OddSizesOf420WriteNoIncompleteCell) {
     }
 }
 
-// Rows that end at the last mapped byte: every load and store of the vector
-// blocks stays inside the planes.
-TEST(Memory, PlanesEndingAtAPage) {
-    const int w = 45, h = 4;
-    auto buf = [](std::size_t n) { return std::make_unique<kt::Guarded>(n, kt::Guarded::After); };
-    auto y = buf(w * h), c422 = buf(2 * w * h), cb = buf(23 * 2), cr = buf(23 * 2), cbcr = buf(46 * 2),
-         cb411 = buf(12 * h), cr411 = buf(12 * h), d = buf(4 * w * h);
-    for (auto* g : {y.get(), c422.get(), cb.get(), cr.get(), cbcr.get(), cb411.get(), cr411.get()})
-        std::fill_n(g->data(), 46, 128);
-    const int steps420[3] = {w, 23, 23}, steps411[3] = {w, 12, 12};
-    const Kro8u* p420[3] = {y->data(), cr->data(), cb->data()};
-    const Kro8u* p411[3] = {y->data(), cb411->data(), cr411->data()};
-    EXPECT_EQ(kroiYCbCr422ToRGB_8u_C2C4R(c422->data(), 2 * w, d->data(), 4 * w, {w, h}, 0), kroOk);
-    EXPECT_EQ(kroiYCrCb420ToBGR_Filter_8u_P3C4R(p420, steps420, d->data(), 4 * w, {w, h}, 0), kroWarnOddSize);
-    EXPECT_EQ(kroiYCbCr420ToRGB_8u_P3C3R(p420, steps420, d->data() + w * h, 3 * w, {w, h}), kroWarnOddSize);
-    EXPECT_EQ(kroiYCbCr420ToBGR_8u_P2C4R(y->data(), w, cbcr->data(), 46, d->data(), 4 * w, {w, h}, 0), kroWarnOddSize);
-    EXPECT_EQ(kroiYCbCr411ToBGR_8u_P3C4R(p411, steps411, d->data(), 4 * w, {w, h}, 0), kroOk);
-}
-
 }  // namespace

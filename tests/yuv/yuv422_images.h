@@ -17,6 +17,7 @@
 namespace yt {
 
 using k0::yuv::Px;
+using kt::byName;
 
 enum class Lay { RgbC3, BgrC3, RgbP3, RgbA4, BgrA4, YuvC2, Yuv422, Yuv420 };
 
@@ -61,7 +62,7 @@ public:
     // Dense planes that end right before an inaccessible page or begin right
     // after one. With `dropOdd`, a full-resolution plane ends where its last
     // whole 2x2 cell ends: the odd last row and the odd last pixel before it
-    // lie in the inaccessible page.
+    // lie in the inaccessible page (4:2:0 reads and writes whole cells only).
     Image(Lay l, int w_, int h_, kt::Guarded::Side side, bool dropOdd = false)
         : lay(l), w(w_), h(h_), sizes(planeSizes(l, w_, h_)) {
         for (std::size_t i = 0; i < sizes.size(); ++i) {
@@ -107,13 +108,6 @@ public:
             for (std::size_t k = 0; k < n; k += rb) b[i].insert(b[i].end(), &at(i, 0, k / rb), &at(i, 0, k / rb) + std::min(rb, n - k));
         }
         return b;
-    }
-    // Rows from the last up, with negative steps: the same image to a caller.
-    void flip() {
-        for (int i = 0; i < planes(); ++i) {
-            p[i] += static_cast<std::ptrdiff_t>(sizes[i].rows - 1) * step[i];
-            step[i] = -step[i];
-        }
     }
 
 private:
@@ -234,14 +228,6 @@ inline void checkValidation(const char* name, Lay in, Lay out, const Call& call,
         last = keep;
     }
     EXPECT_EQ(d.bytes(), before) << name << " wrote on a failed call";
-}
-
-// The member of a list by its name.
-template <class M>
-const M& byName(const std::vector<M>& all, const std::string& name) {
-    for (const M& m : all)
-        if (name == m.name) return m;
-    throw std::logic_error(name);
 }
 
 }  // namespace yt

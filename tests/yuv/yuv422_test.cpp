@@ -151,25 +151,6 @@ TEST(Members, AlignmentOfTheInterleavedToPlanarMemberChangesBytes) {
     EXPECT_GT(differ, 0);
 }
 
-TEST(Members, NegativeStepsAndRowsAgainstInaccessiblePages) {
-    for (const Member& m : members()) {
-        for (int w : {1, 3, 16, 33}) {
-            Image s(m.in, w, 5), d(m.out, w, 5);
-            s.randomize(w), d.randomize(1);
-            s.flip(), d.flip();
-            checkR(m, s, d, w, 5, "upward");
-        }
-        for (auto side : {kt::Guarded::After, kt::Guarded::Before})
-            for (int w : {1, 2, 3, 15, 16, 17, 31, 32, 33, 63, 64, 65, 127}) {
-                // At width 1 the two-byte source is read from the byte before its row.
-                Image s(m.in, w, 3, side), d(m.out, w, 3, side);
-                if (m.in == Lay::YuvC2 && w == 1 && side == kt::Guarded::Before) continue;
-                s.randomize(w);
-                checkR(m, s, d, w, 3, "dense");
-            }
-    }
-}
-
 TEST(Members, LastPixelOfTheTwoByteSourceTakesItsVFromTheByteBefore) {
     const Kro8u src[] = {0xF0, 81, 90, 0, 0, 0, 0, 0};  // V, then Y, U of a one-pixel row
     Kro8u rgb[3] = {};
