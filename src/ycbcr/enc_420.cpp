@@ -37,7 +37,7 @@ KRO_INLINE Sums longCell420(const S& s0, const S& s1, const Rows420& d, int x) {
 template <class S>
 void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
     const int nShort = w & ~15;
-    inBlocks<32>(nShort, [&](int x, unsigned n) {
+    inBlocks<32>(nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 a = s0.words(x, n), b = s1.words(x, n);
         storeN256(d.y0 + x, lumaBytes(vecShortLuma(a.a, a.b, a.c)), n);
         storeN256(d.y1 + x, lumaBytes(vecShortLuma(b.a, b.b, b.c)), n);
@@ -56,7 +56,7 @@ void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
 // over pixels [0, end) of the row pair.
 template <class S, class Luma, class Chroma>
 KRO_INLINE void twoPlaneBlocks(const S& s0, const S& s1, const Rows420& d, int end, Luma luma, Chroma chroma) {
-    inBlocks<32>(end, [&](int x, unsigned n) {
+    inBlocks<32>(end, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 a = s0.words(x, n), b = s1.words(x, n);
         storeN256(d.y0 + x, lumaBytes(luma(a.a, a.b, a.c)), n);
         storeN256(d.y1 + x, lumaBytes(luma(b.a, b.b, b.c)), n);
@@ -91,7 +91,7 @@ void innerDot420(const S& s0, const S& s1, const Rows420& d, int w) {
 template <class S>
 void inner411(const S& s, Kro8u* y, Kro8u* cb, Kro8u* cr, int w) {
     const int nShort = w & ~15;
-    inBlocks<32>(nShort, [&](int x, unsigned n) {
+    inBlocks<32>(nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 v = s.words(x, n);
         storeN256(y + x, lumaBytes(vecShortLuma(v.a, v.b, v.c)), n);
         const V2 c = cellShortChroma<5>(quadSums(v));
