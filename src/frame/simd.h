@@ -38,11 +38,32 @@ KRO_INLINE void store48(void* p, __m512i v) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(b), _mm512_castsi512_si256(v));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(b + 32), _mm512_extracti32x4_epi32(v, 2));
 }
-// The first n bytes, n <= 48: plain for 48, under a mask below.
-KRO_INLINE __m512i loadUpTo48(const void* p, unsigned n) { return n == 48 ? load48(p) : loadN512(p, n); }
-KRO_INLINE void storeUpTo48(void* p, __m512i v, unsigned n) {
-    if (n == 48) store48(p, v);
+// The first n bytes, as loadN512 / storeN512 and loadN256 / storeN256 give
+// them: whole 64-, 48-, 32- or 16-byte pieces with plain accesses, any other
+// count under a mask. With n a constant the choice is made at compile time.
+KRO_INLINE __m512i loadPart512(const void* p, unsigned n) {
+    if (n == 64) return _mm512_loadu_si512(p);
+    if (n == 48) return load48(p);
+    if (n == 32) return _mm512_zextsi256_si512(_mm256_loadu_si256(static_cast<const __m256i*>(p)));
+    if (n == 16) return _mm512_zextsi128_si512(_mm_loadu_si128(static_cast<const __m128i*>(p)));
+    return loadN512(p, n);
+}
+KRO_INLINE void storePart512(void* p, __m512i v, unsigned n) {
+    if (n == 64) _mm512_storeu_si512(p, v);
+    else if (n == 48) store48(p, v);
+    else if (n == 32) _mm256_storeu_si256(static_cast<__m256i*>(p), _mm512_castsi512_si256(v));
+    else if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), _mm512_castsi512_si128(v));
     else storeN512(p, v, n);
+}
+KRO_INLINE __m256i loadPart256(const void* p, unsigned n) {
+    if (n == 32) return _mm256_loadu_si256(static_cast<const __m256i*>(p));
+    if (n == 16) return _mm256_zextsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(p)));
+    return loadN256(p, n);
+}
+KRO_INLINE void storePart256(void* p, __m256i v, unsigned n) {
+    if (n == 32) _mm256_storeu_si256(static_cast<__m256i*>(p), v);
+    else if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), _mm256_castsi256_si128(v));
+    else storeN256(p, v, n);
 }
 
 }  // namespace k0

@@ -85,7 +85,7 @@ struct SrcC3 {
                                   io::spreadC3(loadN512(q + 48, io::secondBytes(3 * n, 48))));
     }
     KRO_INLINE V3 dwords(int x, unsigned n) const {
-        const __m512i px = expandC3toC4(loadUpTo48(p + 3 * x, 3 * n));
+        const __m512i px = expandC3toC4(loadPart512(p + 3 * x, 3 * n));
         return {sampleOf<0>(px), sampleOf<1>(px), sampleOf<2>(px)};
     }
     KRO_INLINE Px get(int x) const { return {p[3 * x], p[3 * x + 1], p[3 * x + 2]}; }
@@ -156,7 +156,7 @@ struct DstC3 {
     }
     KRO_INLINE void storeDwords(int x, const V3& d, unsigned n) const {
         const V3 v = order(d);
-        storeUpTo48(p + 3 * x, compactC4toC3(mergeSamples(v.a, v.b, v.c)), 3 * n);
+        storePart512(p + 3 * x, compactC4toC3(mergeSamples(v.a, v.b, v.c)), 3 * n);
     }
     KRO_INLINE void put(int x, Px v) const {
         p[3 * x] = Bgr ? v.c : v.a;
