@@ -38,9 +38,9 @@ KRO_INLINE void store48(void* p, __m512i v) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(b), _mm512_castsi512_si256(v));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(b + 32), _mm512_extracti32x4_epi32(v, 2));
 }
-// The first n bytes, as loadN512 / storeN512 and loadN256 / storeN256 give
-// them: whole 64-, 48-, 32- or 16-byte pieces with plain accesses, any other
-// count under a mask. With n a constant the choice is made at compile time.
+// The first n bytes, as loadN512 / storeN512, loadN256 / storeN256 and
+// loadN128 / storeN128 give them: whole 64-, 48-, 32-, 16- or (128-bit) 8-byte
+// pieces with plain accesses, any other count under a mask. With n a constant the choice is made at compile time.
 KRO_INLINE __m512i loadPart512(const void* p, unsigned n) {
     if (n == 64) return _mm512_loadu_si512(p);
     if (n == 48) return load48(p);
@@ -64,6 +64,16 @@ KRO_INLINE void storePart256(void* p, __m256i v, unsigned n) {
     if (n == 32) _mm256_storeu_si256(static_cast<__m256i*>(p), v);
     else if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), _mm256_castsi256_si128(v));
     else storeN256(p, v, n);
+}
+KRO_INLINE __m128i loadPart128(const void* p, unsigned n) {
+    if (n == 16) return _mm_loadu_si128(static_cast<const __m128i*>(p));
+    if (n == 8) return _mm_loadl_epi64(static_cast<const __m128i*>(p));
+    return loadN128(p, n);
+}
+KRO_INLINE void storePart128(void* p, __m128i v, unsigned n) {
+    if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), v);
+    else if (n == 8) _mm_storel_epi64(static_cast<__m128i*>(p), v);
+    else storeN128(p, v, n);
 }
 
 }  // namespace k0

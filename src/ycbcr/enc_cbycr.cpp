@@ -27,7 +27,7 @@ void innerRGBToCbYCr422_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const Filter
         const __m512i cr = vecFilteredChroma(naturalPairs(evenPlusOdd(t.b)), _mm512_alignr_epi32(oCr, prevCr, 15));
         prevCb = oCb, prevCr = oCr;
         const __m512i y = naturalPairs(vecFilteredLuma(v.a, v.b, v.c));
-        storeN512(d + 2 * x, _mm512_ternarylogic_epi32(cb, _mm512_slli_epi32(y, 8), _mm512_slli_epi32(cr, 16), 0xFE),
+        storePart512(d + 2 * x, _mm512_ternarylogic_epi32(cb, _mm512_slli_epi32(y, 8), _mm512_slli_epi32(cr, 16), 0xFE),
                   2 * n);
     });
     int qCb = 0, qCr = 0;  // c(2i-1) >> 2 for the next pair
@@ -70,7 +70,7 @@ void innerRGBToCbYCr422Gamma_8u_C3C2R(const Kro8u* src, Kro8u* d, int w, const G
         const __m512i px = _mm512_ternarylogic_epi32(_mm512_slli_epi32(vecGammaLuma(k, R, G, B), 8),
                                                       _mm512_and_si512(cb, evenByte),
                                                       _mm512_slli_epi64(_mm512_and_si512(cr, evenByte), 32), 0xFE);
-        storeN256(d + 2 * x, _mm512_cvtepi32_epi16(px), 2 * n);
+        storePart256(d + 2 * x, _mm512_cvtepi32_epi16(px), 2 * n);
     });
     if (w & 1) {
         const Px p = corrected(s.get(w - 1));

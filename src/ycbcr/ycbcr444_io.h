@@ -54,7 +54,7 @@ KRO_INLINE __m512i spreadC3(__m512i raw) {
 // 32 bytes of a plane to words in paired-lane order.
 KRO_INLINE __m512i planeWords(const Kro8u* p, unsigned n) {
     const __m512i idx = _mm512_setr_epi32(0, 4, 0, 0, 1, 5, 0, 0, 2, 6, 0, 0, 3, 7, 0, 0);
-    const __m512i x = _mm512_permutexvar_epi32(idx, _mm512_zextsi256_si512(loadN256(p, n)));
+    const __m512i x = _mm512_permutexvar_epi32(idx, _mm512_zextsi256_si512(loadPart256(p, n)));
     return _mm512_unpacklo_epi8(x, _mm512_setzero_si512());
 }
 
@@ -117,8 +117,8 @@ struct SrcP3 {
         return {io::planeWords(p0 + x, n), io::planeWords(p1 + x, n), io::planeWords(p2 + x, n)};
     }
     KRO_INLINE V3 dwords(int x, unsigned n) const {
-        return {bytesToDwords(loadN128(p0 + x, n)), bytesToDwords(loadN128(p1 + x, n)),
-                bytesToDwords(loadN128(p2 + x, n))};
+        return {bytesToDwords(loadPart128(p0 + x, n)), bytesToDwords(loadPart128(p1 + x, n)),
+                bytesToDwords(loadPart128(p2 + x, n))};
     }
     KRO_INLINE Px get(int x) const { return {p0[x], p1[x], p2[x]}; }
 };
@@ -151,8 +151,8 @@ struct DstC3 {
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(q + 64), _mm512_castsi512_si256(_mm512_alignr_epi32(hi, hi, 4)));
             return;
         }
-        storeN512(q, out(first), io::firstBytes(3 * n, 48));
-        storeN512(q + 48, out(second), io::secondBytes(3 * n, 48));
+        storePart512(q, out(first), io::firstBytes(3 * n, 48));
+        storePart512(q + 48, out(second), io::secondBytes(3 * n, 48));
     }
     KRO_INLINE void storeDwords(int x, const V3& d, unsigned n) const {
         const V3 v = order(d);
@@ -176,13 +176,13 @@ struct DstC4Alpha {
         const __m512i ac = _mm512_packus_epi16(v.a, v.c), bz = _mm512_packus_epi16(v.b, w16::k(alpha));
         const __m512i lo = _mm512_unpacklo_epi8(ac, bz), hi = _mm512_unpackhi_epi8(ac, bz);
         Kro8u* q = p + 4 * x;
-        storeN512(q, _mm512_unpacklo_epi16(lo, hi), io::firstBytes(4 * n, 64));
-        storeN512(q + 64, _mm512_unpackhi_epi16(lo, hi), io::secondBytes(4 * n, 64));
+        storePart512(q, _mm512_unpacklo_epi16(lo, hi), io::firstBytes(4 * n, 64));
+        storePart512(q + 64, _mm512_unpackhi_epi16(lo, hi), io::secondBytes(4 * n, 64));
     }
     KRO_INLINE void storeDwords(int x, const V3& d, unsigned n) const {
         const V3 v = DstC3<Bgr>::order(d);
         const __m512i a = _mm512_set1_epi32(static_cast<int>(static_cast<unsigned>(alpha) << 24));
-        storeN512(p + 4 * x, _mm512_or_si512(mergeSamples(v.a, v.b, v.c), a), 4 * n);
+        storePart512(p + 4 * x, _mm512_or_si512(mergeSamples(v.a, v.b, v.c), a), 4 * n);
     }
     KRO_INLINE void put(int x, Px v) const {
         p[4 * x] = Bgr ? v.c : v.a;
@@ -205,14 +205,14 @@ struct DstP3 {
     Kro8u *p0, *p1, *p2;
     KRO_INLINE void storeWords(int x, const V3& w, unsigned n) const {
         const __m512i ab = io::planeBytes(w.a, w.b), cc = io::planeBytes(w.c, w.c);
-        storeN256(p0 + x, _mm512_castsi512_si256(ab), n);
-        storeN256(p1 + x, _mm512_extracti64x4_epi64(ab, 1), n);
-        storeN256(p2 + x, _mm512_castsi512_si256(cc), n);
+        storePart256(p0 + x, _mm512_castsi512_si256(ab), n);
+        storePart256(p1 + x, _mm512_extracti64x4_epi64(ab, 1), n);
+        storePart256(p2 + x, _mm512_castsi512_si256(cc), n);
     }
     KRO_INLINE void storeDwords(int x, const V3& v, unsigned n) const {
-        storeN128(p0 + x, dwordsToBytes(v.a), n);
-        storeN128(p1 + x, dwordsToBytes(v.b), n);
-        storeN128(p2 + x, dwordsToBytes(v.c), n);
+        storePart128(p0 + x, dwordsToBytes(v.a), n);
+        storePart128(p1 + x, dwordsToBytes(v.b), n);
+        storePart128(p2 + x, dwordsToBytes(v.c), n);
     }
     KRO_INLINE void put(int x, Px v) const { p0[x] = v.a; p1[x] = v.b; p2[x] = v.c; }
 };
