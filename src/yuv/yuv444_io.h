@@ -26,7 +26,7 @@ struct SrcC3 {
 struct SrcC4 {
     const Kro8u* p;
     KRO_INLINE D3 load(int x, unsigned n) const {
-        const __m512i px = loadN512(p + 4 * x, 4 * n);
+        const __m512i px = loadPart512(p + 4 * x, 4 * n);
         return {sampleOf<0>(px), sampleOf<1>(px), sampleOf<2>(px)};
     }
     KRO_INLINE Px get(int x) const { return {p[4 * x], p[4 * x + 1], p[4 * x + 2]}; }
@@ -35,8 +35,8 @@ struct SrcC4 {
 struct SrcP3 {
     const Kro8u *p0, *p1, *p2;
     KRO_INLINE D3 load(int x, unsigned n) const {
-        return {bytesToDwords(loadN128(p0 + x, n)), bytesToDwords(loadN128(p1 + x, n)),
-                bytesToDwords(loadN128(p2 + x, n))};
+        return {bytesToDwords(loadPart128(p0 + x, n)), bytesToDwords(loadPart128(p1 + x, n)),
+                bytesToDwords(loadPart128(p2 + x, n))};
     }
     KRO_INLINE Px get(int x) const { return {p0[x], p1[x], p2[x]}; }
 };
@@ -66,7 +66,7 @@ struct DstC4Alpha {
     Kro8u alpha;
     KRO_INLINE void store(int x, const D3& v, unsigned n) const {
         const __m512i a = _mm512_set1_epi32(static_cast<int>(static_cast<unsigned>(alpha) << 24));
-        storeN512(p + 4 * x, _mm512_or_si512(mergeSamples(v.a, v.b, v.c), a), 4 * n);
+        storePart512(p + 4 * x, _mm512_or_si512(mergeSamples(v.a, v.b, v.c), a), 4 * n);
     }
     KRO_INLINE void put(int x, Px v) const {
         p[4 * x] = v.a; p[4 * x + 1] = v.b; p[4 * x + 2] = v.c; p[4 * x + 3] = alpha;
@@ -76,9 +76,9 @@ struct DstC4Alpha {
 struct DstP3 {
     Kro8u *p0, *p1, *p2;
     KRO_INLINE void store(int x, const D3& v, unsigned n) const {
-        storeN128(p0 + x, dwordsToBytes(v.a), n);
-        storeN128(p1 + x, dwordsToBytes(v.b), n);
-        storeN128(p2 + x, dwordsToBytes(v.c), n);
+        storePart128(p0 + x, dwordsToBytes(v.a), n);
+        storePart128(p1 + x, dwordsToBytes(v.b), n);
+        storePart128(p2 + x, dwordsToBytes(v.c), n);
     }
     KRO_INLINE void put(int x, Px v) const { p0[x] = v.a; p1[x] = v.b; p2[x] = v.c; }
 };
@@ -88,7 +88,7 @@ template <int ch>
 struct DstPlane {
     Kro8u* p;
     KRO_INLINE void store(int x, const D3& v, unsigned n) const {
-        storeN128(p + x, dwordsToBytes(ch == 0 ? v.a : ch == 1 ? v.b : v.c), n);
+        storePart128(p + x, dwordsToBytes(ch == 0 ? v.a : ch == 1 ? v.b : v.c), n);
     }
     KRO_INLINE void put(int x, Px v) const { p[x] = ch == 0 ? v.a : ch == 1 ? v.b : v.c; }
 };
