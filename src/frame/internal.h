@@ -11,6 +11,9 @@
 #include "krocore.h"
 
 #define KRO_INLINE inline __attribute__((always_inline))
+// The same for a lambda, written after its parameter list: a block body that a
+// loop calls for its whole blocks and again for a short last one.
+#define KRO_INLINE_LAMBDA __attribute__((always_inline))
 
 // Defines the validating entry k0_<name> of an exported function and makes the
 // exported name an alias of it. Use as:

@@ -23,6 +23,59 @@ KRO_INLINE void storeN512(void* p, __m512i v, unsigned n) { _mm512_mask_storeu_e
 KRO_INLINE void storeN256(void* p, __m256i v, unsigned n) { _mm256_mask_storeu_epi8(p, lowBits32(n), v); }
 KRO_INLINE void storeN128(void* p, __m128i v, unsigned n) { _mm_mask_storeu_epi8(p, lowBits16(n), v); }
 
+// Exactly 48 bytes (16 three-byte pixels) with plain accesses: a 32-byte and a
+// 16-byte piece. The load leaves the top 16 bytes zero, as loadN512(p, 48)
+// does; the store writes the low 48 bytes, as storeN512(p, v, 48) does. Bodies
+// take these for whole blocks: byte masks that leave part of a 512-bit access
+// off cost about twice as much on memory the caches miss.
+KRO_INLINE __m512i load48(const void* p) {
+    const auto* b = static_cast<const uint8_t*>(p);
+    return _mm512_inserti32x4(_mm512_zextsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(b))),
+                              _mm_loadu_si128(reinterpret_cast<const __m128i*>(b + 32)), 2);
+}
+KRO_INLINE void store48(void* p, __m512i v) {
+    auto* b = static_cast<uint8_t*>(p);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(b), _mm512_castsi512_si256(v));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(b + 32), _mm512_extracti32x4_epi32(v, 2));
+}
+// The first n bytes, as loadN512 / storeN512, loadN256 / storeN256 and
+// loadN128 / storeN128 give them: whole 64-, 48-, 32-, 16- or (128-bit) 8-byte
+// pieces with plain accesses, any other count under a mask. With n a constant the choice is made at compile time.
+KRO_INLINE __m512i loadPart512(const void* p, unsigned n) {
+    if (n == 64) return _mm512_loadu_si512(p);
+    if (n == 48) return load48(p);
+    if (n == 32) return _mm512_zextsi256_si512(_mm256_loadu_si256(static_cast<const __m256i*>(p)));
+    if (n == 16) return _mm512_zextsi128_si512(_mm_loadu_si128(static_cast<const __m128i*>(p)));
+    return loadN512(p, n);
+}
+KRO_INLINE void storePart512(void* p, __m512i v, unsigned n) {
+    if (n == 64) _mm512_storeu_si512(p, v);
+    else if (n == 48) store48(p, v);
+    else if (n == 32) _mm256_storeu_si256(static_cast<__m256i*>(p), _mm512_castsi512_si256(v));
+    else if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), _mm512_castsi512_si128(v));
+    else storeN512(p, v, n);
+}
+KRO_INLINE __m256i loadPart256(const void* p, unsigned n) {
+    if (n == 32) return _mm256_loadu_si256(static_cast<const __m256i*>(p));
+    if (n == 16) return _mm256_zextsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(p)));
+    return loadN256(p, n);
+}
+KRO_INLINE void storePart256(void* p, __m256i v, unsigned n) {
+    if (n == 32) _mm256_storeu_si256(static_cast<__m256i*>(p), v);
+    else if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), _mm256_castsi256_si128(v));
+    else storeN256(p, v, n);
+}
+KRO_INLINE __m128i loadPart128(const void* p, unsigned n) {
+    if (n == 16) return _mm_loadu_si128(static_cast<const __m128i*>(p));
+    if (n == 8) return _mm_loadl_epi64(static_cast<const __m128i*>(p));
+    return loadN128(p, n);
+}
+KRO_INLINE void storePart128(void* p, __m128i v, unsigned n) {
+    if (n == 16) _mm_storeu_si128(static_cast<__m128i*>(p), v);
+    else if (n == 8) _mm_storel_epi64(static_cast<__m128i*>(p), v);
+    else storeN128(p, v, n);
+}
+
 }  // namespace k0
 
 namespace k0 {

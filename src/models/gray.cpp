@@ -75,11 +75,13 @@ void wdrRGBToGray_8u(const Kro8u* src, int srcStep, Kro8u* dst, int dstStep, int
 // Gray to three or four samples, 32 pixels at a time.
 template <int S>
 void innerGrayToRGB_8u(const Kro8u* src, Kro8u* dst, int width, __m512i alpha) {
-    for (int x = 0; x < width; x += 32) {
-        const unsigned n = width - x < 32 ? width - x : 32;
-        const __m512i g = _mm512_cvtepu8_epi16(loadN256(src + x, n));
+    const auto block = [&](int x, unsigned n) KRO_INLINE_LAMBDA {
+        const __m512i g = _mm512_cvtepu8_epi16(loadPart256(src + x, n));
         store8<S>(dst + S * x, n, g, g, g, alpha);
-    }
+    };
+    int x = 0;
+    for (; x + 32 <= width; x += 32) block(x, 32u);  // whole blocks: plain accesses
+    if (x < width) block(x, static_cast<unsigned>(width - x));
 }
 
 template <int S>
@@ -92,12 +94,14 @@ void wdrGrayToRGB_8u(const Kro8u* src, int srcStep, Kro8u* dst, int dstStep, int
 void innerYCbCr422ToGray_8u_C2C1R(const Kro8u* src, Kro8u* dst, int width) {
     const __m512i lowBytes = _mm512_set1_epi16(0x00FF);
     const __m512i order = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
-    for (int x = 0; x < width; x += 64) {
-        const unsigned n = width - x < 64 ? width - x : 64;
-        const __m512i lo = _mm512_and_si512(loadN512(src + 2 * x, 2 * n > 64 ? 64 : 2 * n), lowBytes);
-        const __m512i hi = _mm512_and_si512(2 * n > 64 ? loadN512(src + 2 * x + 64, 2 * n - 64) : lo, lowBytes);
-        storeN512(dst + x, _mm512_permutexvar_epi64(order, _mm512_packus_epi16(lo, hi)), n);
-    }
+    const auto block = [&](int x, unsigned n) KRO_INLINE_LAMBDA {
+        const __m512i lo = _mm512_and_si512(loadPart512(src + 2 * x, 2 * n > 64 ? 64 : 2 * n), lowBytes);
+        const __m512i hi = _mm512_and_si512(2 * n > 64 ? loadPart512(src + 2 * x + 64, 2 * n - 64) : lo, lowBytes);
+        storePart512(dst + x, _mm512_permutexvar_epi64(order, _mm512_packus_epi16(lo, hi)), n);
+    };
+    int x = 0;
+    for (; x + 64 <= width; x += 64) block(x, 64u);  // whole blocks: plain accesses
+    if (x < width) block(x, static_cast<unsigned>(width - x));
 }
 
 }  // namespace

@@ -80,8 +80,8 @@ template <int S, int Half, bool FromP01> inline constexpr auto kPixelShuffle = p
 template <int S>
 KRO_INLINE void load8(const Kro8u* p, unsigned n, __m512i& a, __m512i& b) {
     const unsigned bytes = n * S;
-    const __m512i v0 = bytes >= 64 ? _mm512_loadu_si512(p) : loadN512(p, bytes);
-    const __m512i v1 = bytes > 64 ? loadN512(p + 64, bytes - 64) : _mm512_setzero_si512();
+    const __m512i v0 = bytes >= 64 ? _mm512_loadu_si512(p) : loadPart512(p, bytes);
+    const __m512i v1 = bytes > 64 ? loadPart512(p + 64, bytes - 64) : _mm512_setzero_si512();
     a = _mm512_permutex2var_epi32(v0, vec(kSplitA<S>), v1);
     b = _mm512_permutex2var_epi32(v0, vec(kSplitB<S>), v1);
 }
@@ -107,8 +107,8 @@ KRO_INLINE void store8(Kro8u* p, unsigned n, __m512i c0, __m512i c1, __m512i c2,
     const __m512i o0 = _mm512_permutex2var_epi32(a, _mm512_loadu_si512(kJoin<S>.data()), b);
     const __m512i o1 = _mm512_permutex2var_epi32(a, _mm512_loadu_si512(kJoin<S>.data() + 16), b);
     const unsigned bytes = n * S;
-    if (bytes >= 64) _mm512_storeu_si512(p, o0); else storeN512(p, o0, bytes);
-    if (bytes > 64) storeN512(p + 64, o1, bytes - 64);
+    if (bytes >= 64) _mm512_storeu_si512(p, o0); else storePart512(p, o0, bytes);
+    if (bytes > 64) storePart512(p + 64, o1, bytes - 64);
 }
 
 // 32 words in pixel order to 32 bytes by the unsigned pack.

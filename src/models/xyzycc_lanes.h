@@ -1,7 +1,8 @@
 // Up to 16 interleaved pixels of three or four samples, as three vectors of
 // 32-bit lanes (one a channel), and back. Loads and stores touch no byte
-// outside the n pixels they are given; the fourth sample of a destination
-// pixel is either left alone or written 0.
+// outside the n pixels they are given (16 whole 8u pixels by plain accesses,
+// fewer under byte masks); the fourth sample of a destination pixel is either
+// left alone or written 0.
 #pragma once
 #include <immintrin.h>
 
@@ -45,7 +46,7 @@ KRO_INLINE __m512i indexVector(const std::array<E, N>& idx) {
 template <int S>
 struct Io8u {
     static KRO_INLINE Vi3 load(const Kro8u* p, unsigned n) {
-        const __m512i raw = loadN512(p, S * n);
+        const __m512i raw = loadPart512(p, S * n);
         const __m512i px = S == 3 ? expandC3toC4(raw) : raw;
         return {sampleOf<0>(px), sampleOf<1>(px), sampleOf<2>(px)};
     }
@@ -53,8 +54,8 @@ struct Io8u {
     template <Alpha A>
     static KRO_INLINE void store(Kro8u* p, unsigned n, const Vi3& v) {
         const __m512i px = mergeSamples(v.a, v.b, v.c);
-        if constexpr (S == 3) storeN512(p, compactC4toC3(px), 3 * n);
-        else if constexpr (A == Alpha::Zero) storeN512(p, px, 4 * n);
+        if constexpr (S == 3) storePart512(p, compactC4toC3(px), 3 * n);
+        else if constexpr (A == Alpha::Zero) storePart512(p, px, 4 * n);
         else _mm512_mask_storeu_epi8(p, lowBits64(4 * n) & kRgbOfRgba, px);
     }
 };

@@ -91,8 +91,8 @@ inline constexpr bool kWide = sizeof(Tp) == 4 || (sizeof(Ts) == 2 && F == Form::
 
 template <Form F, int S, bool Rgb, class Ts, class Tp, bool Stream>
 void innerFwd(const Ts* src, Tp* const* planes, int width) {
-    for (int x = 0; x < width; x += 32) {
-        const unsigned n = width - x < 32 ? width - x : 32;
+    // Whole blocks of 32 see n as a constant, so their 8-bit accesses are plain.
+    const auto block = [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         __m512i c[3];
         if constexpr (sizeof(Ts) == 1) {
             __m512i a, b;
@@ -117,15 +117,18 @@ void innerFwd(const Ts* src, Tp* const* planes, int width) {
                     o[p] = narrow(lo[p], hi[p]);
                 }
             }
-            if constexpr (sizeof(Tp) == 4) continue;
+            if constexpr (sizeof(Tp) == 4) return;
         } else {
             forward<F, 16>(r, g, b, o);
         }
         for (int p = 0; p < 3; ++p) {
-            if constexpr (sizeof(Tp) == 1) storeN256(planes[p] + x, packWords(o[p]), n);
+            if constexpr (sizeof(Tp) == 1) storePart256(planes[p] + x, packWords(o[p]), n);
             else Elem<16>::store(planes[p] + x, o[p], n);
         }
-    }
+    };
+    int x = 0;
+    for (; x + 32 <= width; x += 32) block(x, 32u);
+    if (x < width) block(x, static_cast<unsigned>(width - x));
 }
 
 KRO_INLINE bool aligned16(const void* p) { return (reinterpret_cast<std::uintptr_t>(p) & 15) == 0; }
@@ -155,8 +158,8 @@ void myFwd(const Ts* src, int srcStep, Tp* const* planes, int dstStep, int width
 
 template <Form F, int S, bool Rgb, class Tp, class Td, bool Stream>
 void innerInv(const Tp* const* planes, Td* dst, int width, __m512i alpha) {
-    for (int x = 0; x < width; x += 32) {
-        const unsigned n = width - x < 32 ? width - x : 32;
+    // Whole blocks of 32 see n as a constant, so their 8-bit accesses are plain.
+    const auto block = [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         __m512i o[4];
         if constexpr (sizeof(Tp) == 4) {
             __m512i lo[3], hi[3], in[3][2];
@@ -170,7 +173,7 @@ void innerInv(const Tp* const* planes, Td* dst, int width, __m512i alpha) {
         } else {
             __m512i in[3];
             for (int p = 0; p < 3; ++p)
-                in[p] = sizeof(Tp) == 1 ? _mm512_cvtepu8_epi16(loadN256(planes[p] + x, n)) : Elem<16>::load(planes[p] + x, n);
+                in[p] = sizeof(Tp) == 1 ? _mm512_cvtepu8_epi16(loadPart256(planes[p] + x, n)) : Elem<16>::load(planes[p] + x, n);
             inverse<F, 16>(in[0], in[1], in[2], o);
         }
         if constexpr (!Rgb) std::swap(o[0], o[2]);
@@ -180,7 +183,10 @@ void innerInv(const Tp* const* planes, Td* dst, int width, __m512i alpha) {
         } else {
             storeBlock<16, S, Stream>(dst + S * x, n, o);
         }
-    }
+    };
+    int x = 0;
+    for (; x + 32 <= width; x += 32) block(x, 32u);
+    if (x < width) block(x, static_cast<unsigned>(width - x));
 }
 
 template <Form F, int S, bool Rgb, class Tp, class Td>

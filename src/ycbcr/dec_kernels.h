@@ -42,13 +42,12 @@ struct RowPair {
 // computed once for the two.
 template <class Pieces, class C, class D>
 KRO_INLINE void shortBlocks420(const RowPair<C, D>& r, int nShort) {
-    for (int x = 0; x < nShort; x += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, nShort - x));
+    blocksOf<32>(0, nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V2 ch = r.c.words(x, n);
         const V3 t = Pieces::chroma(ch.cb, ch.cr);
         r.d0.storeWords(x, Pieces::join(Pieces::luma(r.y0.words(x, n)), t), n);
         r.d1.storeWords(x, Pieces::join(Pieces::luma(r.y1.words(x, n)), t), n);
-    }
+    });
 }
 
 // One cell of both rows in a scalar form, chroma given.

@@ -119,8 +119,8 @@ struct ChromaPlanes {
     const Kro8u *pb, *pr;
     KRO_INLINE V2 words(int x, unsigned n) const {
         const unsigned m = (n + (1u << Shift) - 1) >> Shift;
-        return {dec::replicated<Shift>(loadN128(pb + (x >> Shift), m)),
-                dec::replicated<Shift>(loadN128(pr + (x >> Shift), m))};
+        return {dec::replicated<Shift>(loadPart128(pb + (x >> Shift), m)),
+                dec::replicated<Shift>(loadPart128(pr + (x >> Shift), m))};
     }
     KRO_INLINE int cb(int i) const { return pb[i]; }
     KRO_INLINE int cr(int i) const { return pr[i]; }
@@ -133,7 +133,7 @@ struct ChromaPairs {
     KRO_INLINE V2 words(int x, unsigned n) const {
         // Dwords k and 4+k (pairs 2k, 2k+1 and 8+2k, 9+2k) into lane k.
         const __m512i idx = _mm512_setr_epi32(0, 4, 0, 0, 1, 5, 0, 0, 2, 6, 0, 0, 3, 7, 0, 0);
-        const __m512i v = _mm512_permutexvar_epi32(idx, _mm512_zextsi256_si512(loadN256(p + x, (n + 1) & ~1u)));
+        const __m512i v = _mm512_permutexvar_epi32(idx, _mm512_zextsi256_si512(loadPart256(p + x, (n + 1) & ~1u)));
         static constexpr dec::Control cb = dec::wordControl([](int, int i) { return 2 * (i >> 1) + OffCb; });
         static constexpr dec::Control cr = dec::wordControl([](int, int i) { return 2 * (i >> 1) + 1 - OffCb; });
         return {_mm512_shuffle_epi8(v, dec::control(cb)), _mm512_shuffle_epi8(v, dec::control(cr))};
@@ -163,7 +163,7 @@ struct Packed422 {
     static constexpr int kOffY = OffY;
     const Kro8u* p;
     KRO_INLINE V3 words(int x, unsigned n) const {
-        const __m512i v = dec::qwordsPaired(loadN512(p + 2 * x, 2 * n));
+        const __m512i v = dec::qwordsPaired(loadPart512(p + 2 * x, 2 * n));
         return {_mm512_shuffle_epi8(v, dec::control(dec::kPackedLuma<OffY>)),
                 _mm512_shuffle_epi8(v, dec::control(dec::kPackedChroma<OffCb>)),
                 _mm512_shuffle_epi8(v, dec::control(dec::kPackedChroma<OffCr>))};
@@ -183,7 +183,7 @@ struct ChromaInterpolated {
     const Kro8u *pb, *pr;
     static KRO_INLINE __m512i plane(const Kro8u* c, int x, unsigned n) {
         const unsigned m = n >> 1;
-        const __m128i here = loadN128(c + (x >> 1), m), mean = _mm_avg_epu8(here, loadN128(c + (x >> 1) + 1, m));
+        const __m128i here = loadPart128(c + (x >> 1), m), mean = _mm_avg_epu8(here, loadPart128(c + (x >> 1) + 1, m));
         return _mm512_mask_blend_epi16(0xAAAAAAAAu, dec::replicated<1>(here), dec::replicated<1>(mean));
     }
     KRO_INLINE V2 words(int x, unsigned n) const { return {plane(pb, x, n), plane(pr, x, n)}; }

@@ -37,13 +37,13 @@ KRO_INLINE Sums longCell420(const S& s0, const S& s1, const Rows420& d, int x) {
 template <class S>
 void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
     const int nShort = w & ~15;
-    inBlocks<32>(nShort, [&](int x, unsigned n) {
+    inBlocks<32>(nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 a = s0.words(x, n), b = s1.words(x, n);
-        storeN256(d.y0 + x, lumaBytes(vecShortLuma(a.a, a.b, a.c)), n);
-        storeN256(d.y1 + x, lumaBytes(vecShortLuma(b.a, b.b, b.c)), n);
+        storePart256(d.y0 + x, lumaBytes(vecShortLuma(a.a, a.b, a.c)), n);
+        storePart256(d.y1 + x, lumaBytes(vecShortLuma(b.a, b.b, b.c)), n);
         const V2 c = cellShortChroma<5>(pairSums(addWords(a, b)));
-        storeN128(d.cb + x / 2, pairBytes(c.a), n / 2);
-        storeN128(d.cr + x / 2, pairBytes(c.b), n / 2);
+        storePart128(d.cb + x / 2, pairBytes(c.a), n / 2);
+        storePart128(d.cr + x / 2, pairBytes(c.b), n / 2);
     });
     for (int x = nShort; x + 1 < w; x += 2) {
         const Sums t = longCell420(s0, s1, d, x);
@@ -56,12 +56,12 @@ void innerPlanar420(const S& s0, const S& s1, const Rows420& d, int w) {
 // over pixels [0, end) of the row pair.
 template <class S, class Luma, class Chroma>
 KRO_INLINE void twoPlaneBlocks(const S& s0, const S& s1, const Rows420& d, int end, Luma luma, Chroma chroma) {
-    inBlocks<32>(end, [&](int x, unsigned n) {
+    inBlocks<32>(end, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 a = s0.words(x, n), b = s1.words(x, n);
-        storeN256(d.y0 + x, lumaBytes(luma(a.a, a.b, a.c)), n);
-        storeN256(d.y1 + x, lumaBytes(luma(b.a, b.b, b.c)), n);
+        storePart256(d.y0 + x, lumaBytes(luma(a.a, a.b, a.c)), n);
+        storePart256(d.y1 + x, lumaBytes(luma(b.a, b.b, b.c)), n);
         const V2 c = chroma(pairSums(addWords(a, b)));
-        storeN256(d.cb + x, chromaPairs(naturalPairs(c.a), naturalPairs(c.b)), n);
+        storePart256(d.cb + x, chromaPairs(naturalPairs(c.a), naturalPairs(c.b)), n);
     });
 }
 
@@ -91,12 +91,12 @@ void innerDot420(const S& s0, const S& s1, const Rows420& d, int w) {
 template <class S>
 void inner411(const S& s, Kro8u* y, Kro8u* cb, Kro8u* cr, int w) {
     const int nShort = w & ~15;
-    inBlocks<32>(nShort, [&](int x, unsigned n) {
+    inBlocks<32>(nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 v = s.words(x, n);
-        storeN256(y + x, lumaBytes(vecShortLuma(v.a, v.b, v.c)), n);
+        storePart256(y + x, lumaBytes(vecShortLuma(v.a, v.b, v.c)), n);
         const V2 c = cellShortChroma<5>(quadSums(v));
-        storeN128(cb + x / 4, _mm512_cvtepi64_epi8(naturalQuads(c.a)), n / 4);
-        storeN128(cr + x / 4, _mm512_cvtepi64_epi8(naturalQuads(c.b)), n / 4);
+        storePart128(cb + x / 4, _mm512_cvtepi64_epi8(naturalQuads(c.a)), n / 4);
+        storePart128(cr + x / 4, _mm512_cvtepi64_epi8(naturalQuads(c.b)), n / 4);
     });
     for (int x = nShort; x + 3 < w; x += 4) {
         Sums t;

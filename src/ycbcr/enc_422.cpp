@@ -11,10 +11,10 @@ using namespace ycbcr;
 // after them, `odd` on a last odd pixel. `d` is the packed row.
 template <C2 L, class S, class Tail, class Odd>
 KRO_INLINE void innerPacked422(const S& s, Kro8u* d, int w, int nShort, Tail tail, Odd odd) {
-    inBlocks<32>(nShort, [&](int x, unsigned n) {
+    inBlocks<32>(nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 v = s.words(x, n);
         const V2 c = cellShortChroma<6>(pairSums(v));
-        storeN512(d + 2 * x, packPairs<L>(vecShortLuma(v.a, v.b, v.c), c.a, c.b), 2 * n);
+        storePart512(d + 2 * x, packPairs<L>(vecShortLuma(v.a, v.b, v.c), c.a, c.b), 2 * n);
     });
     for (int x = nShort; x + 1 < w; x += 2) tail(s.get(x), s.get(x + 1), d + 2 * x);
     if (w & 1) odd(s.get(w - 1), d + 2 * (w - 1));
@@ -24,12 +24,12 @@ KRO_INLINE void innerPacked422(const S& s, Kro8u* d, int w, int nShort, Tail tai
 // pixel gets its Y in Long and no chroma.
 template <class S>
 KRO_INLINE void innerPlanar422(const S& s, Kro8u* y, Kro8u* cb, Kro8u* cr, int w, int nShort) {
-    inBlocks<32>(nShort, [&](int x, unsigned n) {
+    inBlocks<32>(nShort, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 v = s.words(x, n);
-        storeN256(y + x, lumaBytes(vecShortLuma(v.a, v.b, v.c)), n);
+        storePart256(y + x, lumaBytes(vecShortLuma(v.a, v.b, v.c)), n);
         const V2 c = cellShortChroma<6>(pairSums(v));
-        storeN128(cb + x / 2, pairBytes(c.a), n / 2);
-        storeN128(cr + x / 2, pairBytes(c.b), n / 2);
+        storePart128(cb + x / 2, pairBytes(c.a), n / 2);
+        storePart128(cr + x / 2, pairBytes(c.b), n / 2);
     });
     for (int x = nShort; x + 1 < w; x += 2) {
         const Px p0 = s.get(x), p1 = s.get(x + 1);

@@ -36,7 +36,7 @@ struct RowsOf<Rgb<S, Bgr>> {
 // Runs `block(x, n)` over pixels [0, end) in blocks of B, the last one short.
 template <int B, class Block>
 KRO_INLINE void inBlocks(int end, Block block) {
-    for (int x = 0; x < end; x += B) block(x, static_cast<unsigned>(std::min(B, end - x)));
+    blocksOf<B>(0, end, block);
 }
 
 // Plain sums of a cell's samples.

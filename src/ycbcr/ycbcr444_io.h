@@ -54,7 +54,7 @@ KRO_INLINE __m512i spreadC3(__m512i raw) {
 // 32 bytes of a plane to words in paired-lane order.
 KRO_INLINE __m512i planeWords(const Kro8u* p, unsigned n) {
     const __m512i idx = _mm512_setr_epi32(0, 4, 0, 0, 1, 5, 0, 0, 2, 6, 0, 0, 3, 7, 0, 0);
-    const __m512i x = _mm512_permutexvar_epi32(idx, _mm512_zextsi256_si512(loadN256(p, n)));
+    const __m512i x = _mm512_permutexvar_epi32(idx, _mm512_zextsi256_si512(loadPart256(p, n)));
     return _mm512_unpacklo_epi8(x, _mm512_setzero_si512());
 }
 
@@ -74,20 +74,30 @@ struct SrcC3 {
     const Kro8u* p;
     KRO_INLINE V3 words(int x, unsigned n) const {
         const Kro8u* q = p + 3 * x;
+        if (n == 32) {
+            // Bytes 0..63 and 32..95 of the block; spreadC3 reads the low 48
+            // bytes of each, so the second is turned by 16 bytes.
+            const __m512i hi = _mm512_loadu_si512(q + 32);
+            return io::splitPixels<3>(io::spreadC3(_mm512_loadu_si512(q)),
+                                      io::spreadC3(_mm512_alignr_epi32(hi, hi, 4)));
+        }
         return io::splitPixels<3>(io::spreadC3(loadN512(q, io::firstBytes(3 * n, 48))),
                                   io::spreadC3(loadN512(q + 48, io::secondBytes(3 * n, 48))));
     }
     KRO_INLINE V3 dwords(int x, unsigned n) const {
-        const __m512i px = expandC3toC4(loadN512(p + 3 * x, 3 * n));
+        const __m512i px = expandC3toC4(loadPart512(p + 3 * x, 3 * n));
         return {sampleOf<0>(px), sampleOf<1>(px), sampleOf<2>(px)};
     }
     KRO_INLINE Px get(int x) const { return {p[3 * x], p[3 * x + 1], p[3 * x + 2]}; }
 };
 
-// Four-byte pixels whose fourth byte is not read.
+// Four-byte pixels whose fourth byte takes no part. A whole register is one
+// plain load, fourth bytes and all (every reader below drops them); a short
+// one leaves them out of the mask.
 struct SrcC4 {
     const Kro8u* p;
     static KRO_INLINE __m512i load(const Kro8u* q, unsigned bytes) {
+        if (bytes == 64) return _mm512_loadu_si512(q);
         return _mm512_maskz_loadu_epi8(kRgbOfRgba & lowBits64(bytes), q);
     }
     KRO_INLINE V3 words(int x, unsigned n) const {
@@ -107,8 +117,8 @@ struct SrcP3 {
         return {io::planeWords(p0 + x, n), io::planeWords(p1 + x, n), io::planeWords(p2 + x, n)};
     }
     KRO_INLINE V3 dwords(int x, unsigned n) const {
-        return {bytesToDwords(loadN128(p0 + x, n)), bytesToDwords(loadN128(p1 + x, n)),
-                bytesToDwords(loadN128(p2 + x, n))};
+        return {bytesToDwords(loadPart128(p0 + x, n)), bytesToDwords(loadPart128(p1 + x, n)),
+                bytesToDwords(loadPart128(p2 + x, n))};
     }
     KRO_INLINE Px get(int x) const { return {p0[x], p1[x], p2[x]}; }
 };
@@ -133,12 +143,20 @@ struct DstC3 {
             return _mm512_permutexvar_epi32(squeeze, _mm512_shuffle_epi8(_mm512_permutex2var_epi32(ab, idx, cc), weave));
         };
         Kro8u* q = p + 3 * x;
-        storeN512(q, out(first), io::firstBytes(3 * n, 48));
-        storeN512(q + 48, out(second), io::secondBytes(3 * n, 48));
+        if (n == 32) {
+            // The two 48-byte halves as 64 + 32 bytes: two plain stores.
+            const __m512i lo = out(first), hi = out(second);
+            const __m512i join = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 16, 17, 18, 19);
+            _mm512_storeu_si512(q, _mm512_permutex2var_epi32(lo, join, hi));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(q + 64), _mm512_castsi512_si256(_mm512_alignr_epi32(hi, hi, 4)));
+            return;
+        }
+        storePart512(q, out(first), io::firstBytes(3 * n, 48));
+        storePart512(q + 48, out(second), io::secondBytes(3 * n, 48));
     }
     KRO_INLINE void storeDwords(int x, const V3& d, unsigned n) const {
         const V3 v = order(d);
-        storeN512(p + 3 * x, compactC4toC3(mergeSamples(v.a, v.b, v.c)), 3 * n);
+        storePart512(p + 3 * x, compactC4toC3(mergeSamples(v.a, v.b, v.c)), 3 * n);
     }
     KRO_INLINE void put(int x, Px v) const {
         p[3 * x] = Bgr ? v.c : v.a;
@@ -158,13 +176,13 @@ struct DstC4Alpha {
         const __m512i ac = _mm512_packus_epi16(v.a, v.c), bz = _mm512_packus_epi16(v.b, w16::k(alpha));
         const __m512i lo = _mm512_unpacklo_epi8(ac, bz), hi = _mm512_unpackhi_epi8(ac, bz);
         Kro8u* q = p + 4 * x;
-        storeN512(q, _mm512_unpacklo_epi16(lo, hi), io::firstBytes(4 * n, 64));
-        storeN512(q + 64, _mm512_unpackhi_epi16(lo, hi), io::secondBytes(4 * n, 64));
+        storePart512(q, _mm512_unpacklo_epi16(lo, hi), io::firstBytes(4 * n, 64));
+        storePart512(q + 64, _mm512_unpackhi_epi16(lo, hi), io::secondBytes(4 * n, 64));
     }
     KRO_INLINE void storeDwords(int x, const V3& d, unsigned n) const {
         const V3 v = DstC3<Bgr>::order(d);
         const __m512i a = _mm512_set1_epi32(static_cast<int>(static_cast<unsigned>(alpha) << 24));
-        storeN512(p + 4 * x, _mm512_or_si512(mergeSamples(v.a, v.b, v.c), a), 4 * n);
+        storePart512(p + 4 * x, _mm512_or_si512(mergeSamples(v.a, v.b, v.c), a), 4 * n);
     }
     KRO_INLINE void put(int x, Px v) const {
         p[4 * x] = Bgr ? v.c : v.a;
@@ -187,38 +205,45 @@ struct DstP3 {
     Kro8u *p0, *p1, *p2;
     KRO_INLINE void storeWords(int x, const V3& w, unsigned n) const {
         const __m512i ab = io::planeBytes(w.a, w.b), cc = io::planeBytes(w.c, w.c);
-        storeN256(p0 + x, _mm512_castsi512_si256(ab), n);
-        storeN256(p1 + x, _mm512_extracti64x4_epi64(ab, 1), n);
-        storeN256(p2 + x, _mm512_castsi512_si256(cc), n);
+        storePart256(p0 + x, _mm512_castsi512_si256(ab), n);
+        storePart256(p1 + x, _mm512_extracti64x4_epi64(ab, 1), n);
+        storePart256(p2 + x, _mm512_castsi512_si256(cc), n);
     }
     KRO_INLINE void storeDwords(int x, const V3& v, unsigned n) const {
-        storeN128(p0 + x, dwordsToBytes(v.a), n);
-        storeN128(p1 + x, dwordsToBytes(v.b), n);
-        storeN128(p2 + x, dwordsToBytes(v.c), n);
+        storePart128(p0 + x, dwordsToBytes(v.a), n);
+        storePart128(p1 + x, dwordsToBytes(v.b), n);
+        storePart128(p2 + x, dwordsToBytes(v.c), n);
     }
     KRO_INLINE void put(int x, Px v) const { p0[x] = v.a; p1[x] = v.b; p2[x] = v.c; }
 };
 
 // ---- stage loops ---------------------------------------------------------------------------
 
+// `block(x, n)` over pixels [x0, x1) in blocks of B, the last one short. The
+// whole blocks see n as the constant B, so their accesses are the plain ones.
+template <int B, class Block>
+KRO_INLINE void blocksOf(int x0, int x1, Block block) {
+    int x = x0;
+    for (; x + B <= x1; x += B) block(x, static_cast<unsigned>(B));
+    if (x < x1) block(x, static_cast<unsigned>(x1 - x));
+}
+
 // A 16-bit form over pixels [x0, x1), 32 at a time.
 template <class S, class D, class Stage>
 KRO_INLINE void wordStage(const S& s, const D& d, int x0, int x1, Stage stage) {
-    for (int x = x0; x < x1; x += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, x1 - x));
+    blocksOf<32>(x0, x1, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 in = s.words(x, n);
         d.storeWords(x, stage(in.a, in.b, in.c), n);
-    }
+    });
 }
 
 // A 32-bit form over pixels [x0, x1), 16 at a time.
 template <class S, class D, class Stage>
 KRO_INLINE void dwordStage(const S& s, const D& d, int x0, int x1, Stage stage) {
-    for (int x = x0; x < x1; x += 16) {
-        const unsigned n = static_cast<unsigned>(std::min(16, x1 - x));
+    blocksOf<16>(x0, x1, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
         const V3 in = s.dwords(x, n);
         d.storeDwords(x, stage(in.a, in.b, in.c), n);
-    }
+    });
 }
 
 // A scalar form over pixels [x0, x1), each pixel read before it is written.

@@ -20,8 +20,8 @@ struct SrcBgrA4 {
     KRO_INLINE RgbCells load(std::ptrdiff_t c, unsigned n) const {
         using namespace cells;
         const Kro8u* q = p + 8 * c;
-        const __m512i a = loadN512(q, part(8 * n, 0)), b = loadN512(q + 64, part(8 * n, 1)),
-                      e = loadN512(q + 128, part(8 * n, 2)), f = loadN512(q + 192, part(8 * n, 3));
+        const __m512i a = loadPart512(q, part(8 * n, 0)), b = loadPart512(q + 64, part(8 * n, 1)),
+                      e = loadPart512(q + 128, part(8 * n, 2)), f = loadPart512(q + 192, part(8 * n, 3));
         const __m512i bg0 = place<0>(a, b, e, f), ra0 = place<1>(a, b, e, f);
         const __m512i bg1 = place<2>(a, b, e, f), ra1 = place<3>(a, b, e, f);
         return {{lowBytes(ra0), lowBytes(ra1)}, {highBytes(bg0), highBytes(bg1)}, {lowBytes(bg0), lowBytes(bg1)}};

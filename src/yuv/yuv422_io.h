@@ -2,8 +2,9 @@
 // destinations by layout, and the stage loops that run a form over a stretch
 // of cells of a row.
 //
-// A load or store moves up to 32 cells (64 pixels) under byte masks, so no
-// byte outside the cells [c, c + n) of a row is read or written. Planes come
+// A load or store moves up to 32 cells (64 pixels), whole 64-, 32- or 16-byte
+// pieces with plain accesses and the rest under byte masks, so no byte
+// outside the cells [c, c + n) of a row is read or written. Planes come
 // out split by the pixel's place in its cell (see yuv422_vec.h), in words;
 // the 32-bit forms widen the low 16 cells to dwords and back.
 #pragma once
@@ -73,16 +74,16 @@ KRO_INLINE __m512i joinBytes(__m512i lo, __m512i hi) { return _mm512_or_si512(lo
 
 // A full-resolution plane row: cell k is bytes 2k, 2k+1.
 KRO_INLINE void loadPairs(const Kro8u* p, std::ptrdiff_t c, unsigned n, __m512i (&out)[2]) {
-    const __m512i x = loadN512(p + 2 * c, 2 * n);
+    const __m512i x = loadPart512(p + 2 * c, 2 * n);
     out[0] = lowBytes(x);
     out[1] = highBytes(x);
 }
 KRO_INLINE void storePairs(Kro8u* p, std::ptrdiff_t c, unsigned n, const __m512i (&in)[2]) {
-    storeN512(p + 2 * c, joinBytes(in[0], in[1]), 2 * n);
+    storePart512(p + 2 * c, joinBytes(in[0], in[1]), 2 * n);
 }
 // A chroma plane row: cell k is byte k.
-KRO_INLINE __m512i loadChroma(const Kro8u* p, std::ptrdiff_t c, unsigned n) { return _mm512_cvtepu8_epi16(loadN256(p + c, n)); }
-KRO_INLINE void storeChroma(Kro8u* p, std::ptrdiff_t c, unsigned n, __m512i w) { storeN256(p + c, _mm512_cvtepi16_epi8(w), n); }
+KRO_INLINE __m512i loadChroma(const Kro8u* p, std::ptrdiff_t c, unsigned n) { return _mm512_cvtepu8_epi16(loadPart256(p + c, n)); }
+KRO_INLINE void storeChroma(Kro8u* p, std::ptrdiff_t c, unsigned n, __m512i w) { storePart256(p + c, _mm512_cvtepi16_epi8(w), n); }
 
 // The low 16 word lanes as dwords, and dwords back to the low 16 word lanes.
 KRO_INLINE __m512i widen(__m512i w) { return _mm512_cvtepu16_epi32(_mm512_castsi512_si256(w)); }
@@ -103,8 +104,8 @@ struct SrcRgbC3 {
     KRO_INLINE RgbCells load(std::ptrdiff_t c, unsigned n) const {
         using namespace cells;
         const Kro8u* q = p + 6 * c;
-        const __m512i a = loadN512(q, part(6 * n, 0)), b = loadN512(q + 64, part(6 * n, 1)),
-                      d = loadN512(q + 128, part(6 * n, 2));
+        const __m512i a = loadPart512(q, part(6 * n, 0)), b = loadPart512(q + 64, part(6 * n, 1)),
+                      d = loadPart512(q + 128, part(6 * n, 2));
         const __m512i w0 = place<0>(a, b, d), w1 = place<1>(a, b, d), w2 = place<2>(a, b, d);
         return {{lowBytes(w0), highBytes(w1)}, {highBytes(w0), lowBytes(w2)}, {lowBytes(w1), highBytes(w2)}};
     }
@@ -132,8 +133,8 @@ struct DstYuvC2 {
         using namespace cells;
         const __m512i lo = joinBytes(o.y[0], o.u), hi = joinBytes(o.y[1], o.v);
         Kro8u* q = p + 4 * c;
-        storeN512(q, _mm512_permutex2var_epi16(lo, vec(kC2To<0>), hi), part(4 * n, 0));
-        storeN512(q + 64, _mm512_permutex2var_epi16(lo, vec(kC2To<1>), hi), part(4 * n, 1));
+        storePart512(q, _mm512_permutex2var_epi16(lo, vec(kC2To<0>), hi), part(4 * n, 0));
+        storePart512(q + 64, _mm512_permutex2var_epi16(lo, vec(kC2To<1>), hi), part(4 * n, 1));
     }
 };
 
@@ -153,7 +154,7 @@ struct SrcYuvC2 {
     KRO_INLINE YuvCells load(std::ptrdiff_t c, unsigned n) const {
         using namespace cells;
         const Kro8u* q = p + 4 * c;
-        const __m512i a = loadN512(q, part(4 * n, 0)), b = loadN512(q + 64, part(4 * n, 1));
+        const __m512i a = loadPart512(q, part(4 * n, 0)), b = loadPart512(q + 64, part(4 * n, 1));
         const __m512i lo = _mm512_permutex2var_epi16(a, vec(kC2From<0>), b);
         const __m512i hi = _mm512_permutex2var_epi16(a, vec(kC2From<1>), b);
         return {{lowBytes(lo), lowBytes(hi)}, highBytes(lo), highBytes(hi)};
@@ -185,9 +186,9 @@ struct DstRgbC3 {
         using namespace cells;
         const __m512i w0 = joinBytes(s.r[0], s.g[0]), w1 = joinBytes(s.b[0], s.r[1]), w2 = joinBytes(s.g[1], s.b[1]);
         Kro8u* q = p + 6 * c;
-        storeN512(q, out<0>(w0, w1, w2), part(6 * n, 0));
-        storeN512(q + 64, out<1>(w0, w1, w2), part(6 * n, 1));
-        storeN512(q + 128, out<2>(w0, w1, w2), part(6 * n, 2));
+        storePart512(q, out<0>(w0, w1, w2), part(6 * n, 0));
+        storePart512(q + 64, out<1>(w0, w1, w2), part(6 * n, 1));
+        storePart512(q + 128, out<2>(w0, w1, w2), part(6 * n, 2));
     }
     KRO_INLINE void put(std::ptrdiff_t x, Px v) const { p[3 * x] = v.a; p[3 * x + 1] = v.b; p[3 * x + 2] = v.c; }
 };
@@ -209,10 +210,10 @@ struct DstRgbA4 {
         const __m512i t0 = _mm512_shuffle_i64x2(x0, x1, 0x44), t1 = _mm512_shuffle_i64x2(x2, x3, 0x44);
         const __m512i t2 = _mm512_shuffle_i64x2(x0, x1, 0xEE), t3 = _mm512_shuffle_i64x2(x2, x3, 0xEE);
         Kro8u* q = p + 8 * c;
-        storeN512(q, _mm512_shuffle_i64x2(t0, t1, 0x88), part(8 * n, 0));
-        storeN512(q + 64, _mm512_shuffle_i64x2(t0, t1, 0xDD), part(8 * n, 1));
-        storeN512(q + 128, _mm512_shuffle_i64x2(t2, t3, 0x88), part(8 * n, 2));
-        storeN512(q + 192, _mm512_shuffle_i64x2(t2, t3, 0xDD), part(8 * n, 3));
+        storePart512(q, _mm512_shuffle_i64x2(t0, t1, 0x88), part(8 * n, 0));
+        storePart512(q + 64, _mm512_shuffle_i64x2(t0, t1, 0xDD), part(8 * n, 1));
+        storePart512(q + 128, _mm512_shuffle_i64x2(t2, t3, 0x88), part(8 * n, 2));
+        storePart512(q + 192, _mm512_shuffle_i64x2(t2, t3, 0xDD), part(8 * n, 3));
     }
     KRO_INLINE void put(std::ptrdiff_t x, Px v) const { p[4 * x] = v.a; p[4 * x + 1] = v.b; p[4 * x + 2] = v.c; p[4 * x + 3] = 0; }
 };
@@ -246,11 +247,16 @@ KRO_INLINE RgbCells pixelsOfCells(const YuvCells& c) {
 
 // ---- stage loops -------------------------------------------------------------------------
 
+// The whole blocks of B cells run with n the constant B, so that their
+// accesses are the plain ones; then the short last block.
+
 // A 16-bit form over cells [c0, c1), 32 at a time.
 template <auto form, class S, class D>
 KRO_INLINE void wordCells(const S& s, const D& d, int c0, int c1) {
-    for (int c = c0; c < c1; c += 32) {
-        const unsigned n = static_cast<unsigned>(std::min(32, c1 - c));
+    int c = c0;
+    for (; c + 32 <= c1; c += 32) d.store(c, form(s.load(c, 32u)), 32u);
+    if (c < c1) {
+        const unsigned n = static_cast<unsigned>(c1 - c);
         d.store(c, form(s.load(c, n)), n);
     }
 }
@@ -258,8 +264,10 @@ KRO_INLINE void wordCells(const S& s, const D& d, int c0, int c1) {
 // A 32-bit form over cells [c0, c1), 16 at a time.
 template <auto form, class S, class D>
 KRO_INLINE void dwordCells(const S& s, const D& d, int c0, int c1) {
-    for (int c = c0; c < c1; c += 16) {
-        const unsigned n = static_cast<unsigned>(std::min(16, c1 - c));
+    int c = c0;
+    for (; c + 16 <= c1; c += 16) d.store(c, narrowed(form(widened(s.load(c, 16u)))), 16u);
+    if (c < c1) {
+        const unsigned n = static_cast<unsigned>(c1 - c);
         d.store(c, narrowed(form(widened(s.load(c, n)))), n);
     }
 }

@@ -46,10 +46,9 @@ void innerRGBToYUV_8u_P3R(const Kro8u* r, const Kro8u* g, const Kro8u* b, Kro8u*
 
 // The alpha plane of the four-plane destination: the source's fourth byte.
 void copyAlphaToPlane(const Kro8u* s, Kro8u* a, int w) {
-    for (int x = 0; x < w; x += 16) {
-        const unsigned n = static_cast<unsigned>(std::min(16, w - x));
-        storeN128(a + x, dwordsToBytes(sampleOf<3>(loadN512(s + 4 * x, 4 * n))), n);
-    }
+    blocksOf16(0, w, [&](int x, unsigned n) KRO_INLINE_LAMBDA {
+        storePart128(a + x, dwordsToBytes(sampleOf<3>(loadPart512(s + 4 * x, 4 * n))), n);
+    });
 }
 
 void innerRGBToYUV_8u_AC4P4R(const Kro8u* s, Kro8u* y, Kro8u* u, Kro8u* v, Kro8u* a, int w) {
