@@ -1,6 +1,6 @@
 #include "bench_common.h"
 
-#include <dlfcn.h>
+#include "export_table.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -12,10 +12,7 @@ namespace {
 std::atomic<int> gAnswer{-1};  // -1: the core library's own answer
 
 int realQuery(uint64_t mask) {
-    static auto real = [] {
-        void* core = dlopen("libkrocore.so.11", RTLD_NOW);
-        return core ? reinterpret_cast<int (*)(uint64_t)>(dlsym(core, "ownGetFeature")) : nullptr;
-    }();
+    const kx::FeatureQuery real = kx::coreFeatureQuery();
     return real ? real(mask) : 0;
 }
 }  // namespace

@@ -1,8 +1,6 @@
 // libFuzzer target: every input is one call of one export of the table, with
 // a fuzzed feature answer, size, steps, null pointers and family arguments,
 // checked against the public contract. A broken contract aborts with the case.
-#include <dlfcn.h>
-
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
@@ -10,15 +8,14 @@
 #include <string>
 
 #include "contract_check.h"
+#include "export_table.h"
 
 namespace {
 std::atomic<int> gAnswer{0};
 
 bool cpuHasVnni() {
     static const bool has = [] {
-        using Fn = int (*)(uint64_t);
-        void* core = dlopen("libkrocore.so.11", RTLD_NOW);
-        auto real = core ? reinterpret_cast<Fn>(dlsym(core, "ownGetFeature")) : nullptr;
+        const kx::FeatureQuery real = kx::coreFeatureQuery();
         return real != nullptr && real(0x8000000ULL) != 0;
     }();
     return has;

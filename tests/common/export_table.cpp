@@ -1,5 +1,7 @@
 #include "export_table.h"
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <cstring>
 #include <random>
@@ -335,6 +337,14 @@ KroiSize sideRegion(const Row& row, int side, KroiSize size, KroiRect rect) {
 int readsBeforeRow(const Row& row, int w) {
     if (w != 1) return 0;
     return (row.flags & kBefore2) ? 2 : (row.flags & kBefore1) ? 1 : 0;
+}
+
+FeatureQuery coreFeatureQuery() {
+    static const FeatureQuery real = [] {
+        void* core = dlopen("libkrocore.so.11", RTLD_NOW);
+        return core ? reinterpret_cast<FeatureQuery>(dlsym(core, "ownGetFeature")) : nullptr;
+    }();
+    return real;
 }
 
 bool isContractStatus(KroStatus s) {

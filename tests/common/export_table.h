@@ -88,6 +88,11 @@ uint8_t sharedStepSides(const Row& row);
 // Bytes before each source row that a call of width w may read.
 int readsBeforeRow(const Row& row, int w);
 
+// The core library's own feature query, found by name past whatever the
+// executable defines in its place; null when the core library is missing.
+using FeatureQuery = int (*)(uint64_t);
+FeatureQuery coreFeatureQuery();
+
 // Every status value of the public contract.
 bool isContractStatus(KroStatus s);
 

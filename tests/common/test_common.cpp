@@ -1,6 +1,7 @@
 #include "test_common.h"
 
-#include <dlfcn.h>
+#include "export_table.h"
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -31,9 +32,7 @@ void resetQueries() { gQueries = 0; }
 
 bool cpuHasVnni() {
     static const bool has = [] {
-        using Fn = int (*)(uint64_t);
-        void* core = dlopen("libkrocore.so.11", RTLD_NOW);
-        auto real = core ? reinterpret_cast<Fn>(dlsym(core, "ownGetFeature")) : nullptr;
+        const kx::FeatureQuery real = kx::coreFeatureQuery();
         if (real == nullptr) throw std::runtime_error("core library's ownGetFeature not found");
         return real(0x8000000ULL) != 0;
     }();

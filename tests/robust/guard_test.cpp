@@ -66,8 +66,9 @@ TEST_P(Guard, NoExportReadsOrWritesPastItsRows) {
     signal(SIGBUS, onFault);
     static Slot slots[2][4];
     int calls = 0, done = 0;
+    const std::vector<int> ws = widths();
     for (const kx::Row& row : kx::exportTable()) {
-        for (int w : widths()) {
+        for (int w : ws) {
             for (int h : {1, 2, 3, 4, 5, 8, 9}) {
                 for (bool after : {true, false}) {
                     snprintf(gCase, sizeof gCase, "%s path %s width %d height %d, rows %s a guard page", row.name,
